@@ -1,0 +1,47 @@
+#ifndef KVL_EFFECT_H
+#define KVL_EFFECT_H
+
+#include <string>
+
+class FrameBufferObject;
+class ParameterGroup;
+
+// Base of every scene. The base operations do nothing, so a scene overrides
+// only what it needs. A default constructed object is a template: it must not
+// touch OpenGL or the pools, since templates exist before the window does;
+// all of that belongs in init(), which runs once per instance at load time.
+class Effect {
+public:
+    Effect();
+    virtual ~Effect();
+
+    virtual void draw(unsigned int ticks);
+    virtual void init();
+    virtual void reset();
+    virtual void modify(std::string method, ParameterGroup* parameters);
+    virtual Effect* getInstance();
+
+    void setParameters(ParameterGroup* group);
+    void setStartTime(unsigned int ticks);
+    void setModifyTime(unsigned int ticks);
+    void setLastCalled(unsigned int ticks);
+    void setRenderTarget(FrameBufferObject* target);
+    FrameBufferObject* getRenderTarget() const;
+
+    // Time since the previous draw. A jump of more than a second (the first
+    // draw after a start, a clock that moved) counts as one nominal 16 ms
+    // frame, so animation never leaps; a stopped clock gives 0.
+    unsigned int getFrameTicks(unsigned int ticks) const;
+    double getFrameTime(unsigned int ticks) const;
+    unsigned int getModifyTicks(unsigned int ticks) const;
+    double getModifyTime(unsigned int ticks) const;
+
+protected:
+    ParameterGroup* parameters;
+    unsigned int startTime;
+    unsigned int modifyTime;
+    unsigned int lastCalled;
+    FrameBufferObject* renderTarget;
+};
+
+#endif

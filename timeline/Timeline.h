@@ -1,0 +1,15 @@
+#ifndef KVL_TIMELINE_H
+#define KVL_TIMELINE_H
+
+// Holds the offset that is added to the demo clock.
+class Timeline {
+public:
+    Timeline();
+    unsigned int getOffset() const;
+    void setOffset(unsigned int value);
+
+private:
+    unsigned int offset;
+};
+
+#endif
