@@ -1,0 +1,164 @@
+#include "graphics/Camera.h"
+
+#include <GL/glew.h>
+
+#include <cmath>
+
+namespace {
+
+const double PI = 3.141592653589793;
+
+Vector<float, 3> makeVector(float x, float y, float z) {
+    Vector<float, 3> v;
+    v[0] = x;
+    v[1] = y;
+    v[2] = z;
+    return v;
+}
+
+} // namespace
+
+Camera::Camera()
+    : pitch(0.0f), heading(0.0f), maxPitchRate(5.0f), maxHeadingRate(5.0f), maxVelocity(100.0f),
+      velocity(0.0f), direction(), up(makeVector(0.0f, 1.0f, 0.0f)),
+      right(makeVector(1.0f, 0.0f, 0.0f)), pitchRotation(), headingRotation(), rotation(),
+      position(), matrix() {}
+
+void Camera::changePitch(float delta) {
+    if (fabsf(maxPitchRate) > fabsf(delta)) {
+        pitch += delta;
+    } else if (delta < 0.0f) {
+        pitch -= maxPitchRate;
+    } else {
+        pitch += maxPitchRate;
+    }
+}
+
+void Camera::changeHeading(float delta) {
+    if (fabsf(delta) > fabsf(maxHeadingRate)) {
+        heading += maxHeadingRate;
+    } else {
+        heading += delta;
+    }
+}
+
+void Camera::changeVelocity(float delta) {
+    if (fabsf(maxVelocity) > fabsf(delta)) {
+        velocity += delta;
+    } else {
+        velocity += maxVelocity;
+    }
+}
+
+float Camera::getPitch() const {
+    return pitch;
+}
+
+float Camera::getHeading() const {
+    return heading;
+}
+
+void Camera::setPitch(float degrees) {
+    pitch = degrees;
+}
+
+void Camera::setHeading(float degrees) {
+    heading = degrees;
+}
+
+float Camera::getVelocity() const {
+    return velocity;
+}
+
+Vector<float, 3> Camera::getPosition() const {
+    return position;
+}
+
+void Camera::setPosition(Vector<float, 3> place) {
+    position = place;
+}
+
+Vector<float, 3> Camera::getDirection() const {
+    return direction;
+}
+
+Vector<float, 3> Camera::getUp() const {
+    return up;
+}
+
+Vector<float, 3> Camera::getRight() const {
+    return right;
+}
+
+Matrix Camera::getMatrix() const {
+    return matrix;
+}
+
+void Camera::reset() {
+    pitch = 0.0f;
+    heading = 0.0f;
+    velocity = 0.0f;
+    position = Vector<float, 3>();
+}
+
+void Camera::setGLMatrixes() {
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+
+    float a = static_cast<float>(pitch / 180 * PI);
+    double halfA = static_cast<double>(a) * 0.5;
+    pitchRotation =
+        Quaternion(static_cast<float>(cos(halfA)), static_cast<float>(sin(halfA)), 0.0f, 0.0f);
+
+    float b = static_cast<float>(heading / 180 * PI);
+    double halfB = static_cast<double>(b) * 0.5;
+    headingRotation =
+        Quaternion(static_cast<float>(cos(halfB)), 0.0f, static_cast<float>(sin(halfB)), 0.0f);
+
+    Quaternion q = pitchRotation * headingRotation;
+    matrix = q.getMatrix();
+    glMultMatrixf(matrix.data());
+    matrix.print();
+
+    direction = makeVector(matrix[8], matrix[9], -matrix[10]);
+    direction.normalize();
+    position = position + direction * velocity;
+    glTranslatef(-position[0], -position[1], -position[2]);
+}
+
+void Camera::drawVectors() const {
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+    glTranslatef(0.0f, 0.0f, -1.0f);
+    glDisable(GL_LIGHTING);
+    glEnable(GL_COLOR_MATERIAL);
+
+    glBegin(GL_LINES);
+    glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
+    glVertex3f(0.0f, 0.0f, 0.0f);
+    glVertex3fv(direction.data());
+    glEnd();
+
+    glBegin(GL_LINES);
+    glColor4f(1.0f, 0.0f, 0.0f, 1.0f);
+    glVertex3f(0.0f, 0.0f, 0.0f);
+    glVertex3fv(up.data());
+    glEnd();
+
+    glBegin(GL_LINES);
+    glColor4f(0.0f, 0.0f, 1.0f, 1.0f);
+    glVertex3f(0.0f, 0.0f, 0.0f);
+    glVertex3fv(right.data());
+    glEnd();
+
+    glDisable(GL_COLOR_MATERIAL);
+    glPopMatrix();
+}
+
+// Kept for a camera that rolls; nothing calls them.
+void Camera::gramSchmidt() {}
+
+void Camera::tiltLeft() {}
+
+void Camera::tiltRight() {}
