@@ -3,6 +3,8 @@
 #include "script/StringUtils.h"
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 StringTokenizer::StringTokenizer(std::string source) : StringTokenizer(std::move(source), " ") {}
 
@@ -49,11 +51,11 @@ void StringTokenizer::tokenize(std::string delimiterChars) {
 }
 
 std::string StringTokenizer::getNext() {
-    if (!moreTokens || position < 0 || position >= tokenCount) {
-        moreTokens = false;
+    if (!moreTokens) {
         return "";
     }
-    std::string token = tokens[position];
+    // A negative skip can leave the cursor ahead of the first token.
+    std::string token = (position >= 0 && position < tokenCount) ? tokens[position] : "";
     position++;
     if (position >= tokenCount) {
         moreTokens = false;
@@ -62,15 +64,25 @@ std::string StringTokenizer::getNext() {
 }
 
 void StringTokenizer::getNext(int count) {
-    position += count;
+    // Clamped so that a huge skip cannot overflow; past the end is past the end.
+    long long moved = static_cast<long long>(position) + count;
+    moved = std::min<long long>(moved, tokenCount);
+    moved = std::max<long long>(moved, std::numeric_limits<int>::min());
+    position = static_cast<int>(moved);
     if (position >= tokenCount) {
         moreTokens = false;
     }
 }
 
-bool StringTokenizer::hasMoreTokens() const { return moreTokens; }
+bool StringTokenizer::hasMoreTokens() const {
+    return moreTokens;
+}
 
-int StringTokenizer::countTokens() const { return tokenCount; }
+int StringTokenizer::countTokens() const {
+    return tokenCount;
+}
 
 // Rewinds the cursor only: a tokenizer that has run out stays out.
-void StringTokenizer::reset() { position = 0; }
+void StringTokenizer::reset() {
+    position = 0;
+}

@@ -2,7 +2,9 @@
 
 #include "script/StringTokenizer.h"
 
-bool StringUtils::charIsTrimable(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool StringUtils::charIsTrimable(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 std::string StringUtils::trim(std::string s) {
     size_t begin = 0;
@@ -46,4 +48,6 @@ bool StringUtils::isFloat(std::string s) {
     return isInt(parts.getNext()) && isInt(parts.getNext());
 }
 
-bool StringUtils::isBool(std::string s) { return s == "true" || s == "false"; }
+bool StringUtils::isBool(std::string s) {
+    return s == "true" || s == "false";
+}
