@@ -23,6 +23,15 @@ void GLTestWindow::TearDown() {
     KVLDemosys::resetState();
 }
 
+GLTestWindow::Rgb GLTestWindow::readRgb(int x, int y) {
+    Rgb pixel{};
+    glFinish();
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadBuffer(GL_BACK);
+    glReadPixels(x, y, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, pixel.data());
+    return pixel;
+}
+
 GLTestWindow::Rgba GLTestWindow::readPixel(int x, int y) {
     Rgba pixel{};
     glFinish();
@@ -39,7 +48,6 @@ void GLTestWindow::loadIdentityMatrices() {
     glLoadIdentity();
 }
 
-std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgba& pixel) {
-    return out << "(" << int(pixel[0]) << ", " << int(pixel[1]) << ", " << int(pixel[2]) << ", "
-               << int(pixel[3]) << ")";
+std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgb& pixel) {
+    return out << "(" << int(pixel[0]) << ", " << int(pixel[1]) << ", " << int(pixel[2]) << ")";
 }

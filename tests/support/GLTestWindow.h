@@ -13,6 +13,7 @@
 // every test in a process of its own, so each test gets a fresh window.
 class GLTestWindow : public ::testing::Test {
 public:
+    using Rgb = std::array<uint8_t, 3>;
     using Rgba = std::array<uint8_t, 4>;
 
     static constexpr int WIDTH = 64;
@@ -23,12 +24,15 @@ protected:
     void TearDown() override;
 
     // Reads one pixel of the back buffer; (0, 0) is the lower left corner.
+    // Alpha is left out: the X visual under test may have no alpha channel.
+    static Rgb readRgb(int x, int y);
+    // The same with the alpha the visual has (255 where it has none).
     static Rgba readPixel(int x, int y);
     // Identity projection and modelview, so coordinates are clip space.
     static void loadIdentityMatrices();
 };
 
-// Prints pixels as (r, g, b, a) in failure messages.
-std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgba& pixel);
+// Prints pixels as (r, g, b) in failure messages.
+std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgb& pixel);
 
 #endif

@@ -1,0 +1,73 @@
+#include "timeline/Effect.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+TEST(Effect, FirstDrawWithinTheFirstSecondGivesTheTicksThemselves) {
+    Effect effect;
+    EXPECT_EQ(700u, effect.getFrameTicks(700));
+    EXPECT_DOUBLE_EQ(700.0, effect.getFrameTime(700));
+}
+
+TEST(Effect, FirstDrawLongAfterTheClockBeganGivesOneNominalFrame) {
+    Effect effect;
+    EXPECT_EQ(16u, effect.getFrameTicks(90000));
+    EXPECT_DOUBLE_EQ(16.0, effect.getFrameTime(90000));
+}
+
+TEST(Effect, FrameTimeOfExactlyOneSecondIsKeptOneMoreGivesSixteen) {
+    Effect effect;
+    effect.setLastCalled(5000);
+    EXPECT_EQ(1000u, effect.getFrameTicks(6000));
+    EXPECT_DOUBLE_EQ(1000.0, effect.getFrameTime(6000));
+    EXPECT_EQ(16u, effect.getFrameTicks(6001));
+    EXPECT_DOUBLE_EQ(16.0, effect.getFrameTime(6001));
+}
+
+TEST(Effect, ClockThatMovesBackGivesSixteen) {
+    Effect effect;
+    effect.setLastCalled(5000);
+    EXPECT_EQ(16u, effect.getFrameTicks(4990));
+    EXPECT_DOUBLE_EQ(16.0, effect.getFrameTime(4990));
+}
+
+TEST(Effect, StoppedClockGivesZeroFrameTime) {
+    Effect effect;
+    effect.setLastCalled(5000);
+    EXPECT_EQ(0u, effect.getFrameTicks(5000));
+    EXPECT_DOUBLE_EQ(0.0, effect.getFrameTime(5000));
+}
+
+TEST(Effect, ModifyTimeCountsFromTheScheduledTime) {
+    Effect effect;
+    effect.setModifyTime(30000);
+    EXPECT_EQ(250u, effect.getModifyTicks(30250));
+    EXPECT_DOUBLE_EQ(250.0, effect.getModifyTime(30250));
+}
+
+TEST(Effect, ModifyTicksBeforeTheModifyWrapAsUnsigned) {
+    Effect effect;
+    effect.setModifyTime(100);
+    EXPECT_EQ(0xFFFFFFFFu, effect.getModifyTicks(99));
+    EXPECT_DOUBLE_EQ(4294967295.0, effect.getModifyTime(99));
+}
+
+TEST(Effect, NewEffectDrawsToTheScreen) {
+    Effect effect;
+    EXPECT_EQ(nullptr, effect.getRenderTarget());
+}
+
+TEST(Effect, RenderTargetIsStoredAsGiven) {
+    Effect effect;
+    auto* target = reinterpret_cast<FrameBufferObject*>(&effect);
+    effect.setRenderTarget(target);
+    EXPECT_EQ(target, effect.getRenderTarget());
+}
+
+TEST(Effect, GetInstanceGivesANewObject) {
+    Effect effect;
+    std::unique_ptr<Effect> instance(effect.getInstance());
+    ASSERT_NE(nullptr, instance);
+    EXPECT_NE(&effect, instance.get());
+}
