@@ -6,6 +6,7 @@
 
 #include <iostream>
 #include <iterator>
+#include <set>
 
 namespace {
 
@@ -19,12 +20,16 @@ unsigned int ticksOf(const Event* event) {
 
 Timeline::Timeline() : nextEvent(0), offset(0), suspended(false), lastWatch(0) {}
 
-// Events that never went through init() are not in the list and stay.
+// Events that never went through init() are not in the list and stay. A
+// second init() lists events twice; each is deleted once all the same.
 Timeline::~Timeline() {
     std::cout << "[Disposing Timeline Events]" << std::endl;
     events.clear();
+    std::set<Event*> deleted;
     for (Event* event : eventList) {
-        delete event;
+        if (deleted.insert(event).second) {
+            delete event;
+        }
     }
     eventList.clear();
     std::cout << "[Disposing Timeline Checkpoints]" << std::endl;
