@@ -25,7 +25,7 @@ Camera::Camera()
       position(), matrix() {}
 
 void Camera::changePitch(float delta) {
-    if (fabsf(maxPitchRate) > fabsf(delta)) {
+    if (std::fabs(maxPitchRate) > std::fabs(delta)) {
         pitch += delta;
     } else if (delta < 0.0f) {
         pitch -= maxPitchRate;
@@ -35,7 +35,7 @@ void Camera::changePitch(float delta) {
 }
 
 void Camera::changeHeading(float delta) {
-    if (fabsf(delta) > fabsf(maxHeadingRate)) {
+    if (std::fabs(delta) > std::fabs(maxHeadingRate)) {
         heading += maxHeadingRate;
     } else {
         heading += delta;
@@ -43,7 +43,7 @@ void Camera::changeHeading(float delta) {
 }
 
 void Camera::changeVelocity(float delta) {
-    if (fabsf(maxVelocity) > fabsf(delta)) {
+    if (std::fabs(maxVelocity) > std::fabs(delta)) {
         velocity += delta;
     } else {
         velocity += maxVelocity;
@@ -107,13 +107,13 @@ void Camera::setGLMatrixes() {
 
     float a = static_cast<float>(pitch / 180 * PI);
     double halfA = static_cast<double>(a) * 0.5;
-    pitchRotation =
-        Quaternion(static_cast<float>(cos(halfA)), static_cast<float>(sin(halfA)), 0.0f, 0.0f);
+    pitchRotation = Quaternion(static_cast<float>(std::cos(halfA)),
+                               static_cast<float>(std::sin(halfA)), 0.0f, 0.0f);
 
     float b = static_cast<float>(heading / 180 * PI);
     double halfB = static_cast<double>(b) * 0.5;
-    headingRotation =
-        Quaternion(static_cast<float>(cos(halfB)), 0.0f, static_cast<float>(sin(halfB)), 0.0f);
+    headingRotation = Quaternion(static_cast<float>(std::cos(halfB)), 0.0f,
+                                 static_cast<float>(std::sin(halfB)), 0.0f);
 
     Quaternion q = pitchRotation * headingRotation;
     matrix = q.getMatrix();
