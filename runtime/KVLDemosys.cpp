@@ -1,5 +1,7 @@
 #include "runtime/KVLDemosys.h"
 
+#include "runtime/Binary.h"
+#include "script/File.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Timeline.h"
 
@@ -345,6 +347,15 @@ bool KVLDemosys::soundShutdown() {
 }
 
 // ---------------------------------------------------------------- other
+
+// Says nothing on failure: the caller words the message.
+Binary* KVLDemosys::loadBinary(std::string path) {
+    File file(path, 0);
+    if (!file.exists()) {
+        return nullptr;
+    }
+    return new Binary(file.getUnsigned());
+}
 
 void KVLDemosys::shutDown() {
     if (music) {

@@ -127,3 +127,27 @@ TEST_F(KVLDemosysClock, ShowMessageWritesTheTextAndANewline) {
     KVLDemosys::showMessage();
     EXPECT_EQ("hello\nworld\n", testing::internal::GetCapturedStdout());
 }
+
+#include "runtime/Binary.h"
+#include "support/TempDir.h"
+
+#include <memory>
+
+TEST(KVLDemosysBinary, LoadBinaryReadsTheWholeFile) {
+    TempDir dir;
+    dir.write("blob.bin", std::string("\x01\x00\xff\x7f", 4));
+    std::unique_ptr<Binary> blob(KVLDemosys::loadBinary(dir.file("blob.bin")));
+    ASSERT_NE(nullptr, blob);
+    ASSERT_EQ(4u, blob->size());
+    EXPECT_EQ(0x01, blob->getData(0));
+    EXPECT_EQ(0x00, blob->getData(1));
+    EXPECT_EQ(0xff, blob->getData(2));
+    EXPECT_EQ(0x7f, blob->getData(3));
+}
+
+TEST(KVLDemosysBinary, LoadBinaryOfAMissingFileIsNullAndSilent) {
+    TempDir dir;
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(nullptr, KVLDemosys::loadBinary(dir.file("missing.bin")));
+    EXPECT_EQ("", testing::internal::GetCapturedStdout());
+}

@@ -1,0 +1,107 @@
+#include "effects/FadeEffect.h"
+
+#include "runtime/KVLTime.h"
+#include "script/KVLUtils.h"
+#include "script/ParameterGroup.h"
+
+#include <GL/glew.h>
+
+#include <iostream>
+
+FadeEffect::FadeEffect()
+    : fadeProgress(1.0), fadeProgress2(1.0), fadeStart(new KVLTime()), fadeEnd(new KVLTime()),
+      color{0, 0, 0, 0}, fromColor{0, 0, 0, 0}, toColor{0, 0, 0, 0} {
+    std::cout << "DisplayTexture" << std::endl;
+}
+
+FadeEffect::~FadeEffect() {
+    delete fadeStart;
+    delete fadeEnd;
+}
+
+Effect* FadeEffect::getInstance() { return new FadeEffect(); }
+
+void FadeEffect::init() { reset(); }
+
+// The colours stay: a reset effect keeps showing its last colour.
+void FadeEffect::reset() {
+    fadeProgress = 1.0;
+    fadeProgress2 = 1.0;
+}
+
+void FadeEffect::modify(std::string method, ParameterGroup* group) {
+    if (method != "fade") {
+        return;
+    }
+    fadeProgress = 0.0;
+    fadeStart->setTimeAsString(group->getParameter("p1"));
+    fadeEnd->setTimeAsString(group->getParameter("p2"));
+    const char* fromKeys[4] = {"p3", "p4", "p5", "p6"};
+    const char* toKeys[4] = {"p7", "p8", "p9", "p10"};
+    for (int i = 0; i < 4; i++) {
+        fromColor[i] = KVLUtils::string2Float(group->getParameter(fromKeys[i]));
+    }
+    for (int i = 0; i < 4; i++) {
+        toColor[i] = KVLUtils::string2Float(group->getParameter(toKeys[i]));
+    }
+    std::cout << "fade from [" << fromColor[0] << "," << fromColor[1] << "," << fromColor[2] << ","
+              << fromColor[3] << "] -> [" << toColor[0] << "," << toColor[1] << "," << toColor[2]
+              << "," << toColor[3] << "]" << std::endl;
+}
+
+// Only the absolute clock counts. Progress has an upper clamp and no lower
+// one: a fade ordered ahead of its start extrapolates backwards.
+void FadeEffect::draw(unsigned int ticks) {
+    if (fadeProgress != 1.0) {
+        double start = fadeStart->getTicksAsDouble();
+        double end = fadeEnd->getTicksAsDouble();
+        fadeProgress = (static_cast<double>(ticks) - start) / (end - start);
+        if (fadeProgress > 1.0) {
+            fadeProgress = 1.0;
+        }
+        float p = static_cast<float>(fadeProgress);
+        for (int i = 0; i < 4; i++) {
+            color[i] = fromColor[i] * (1.0f - p) + toColor[i] * p;
+        }
+    }
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+
+    glDisable(GL_LIGHTING);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_ALPHA_TEST);
+    glDisable(GL_TEXTURE_2D);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glEnable(GL_COLOR_MATERIAL);
+
+    glPushMatrix();
+    glColor4fv(color);
+    glBegin(GL_QUADS);
+    glTexCoord2f(0, 0);
+    glVertex2f(-2, -2);
+    glTexCoord2f(1, 0);
+    glVertex2f(2, -2);
+    glTexCoord2f(1, 1);
+    glVertex2f(2, 2);
+    glTexCoord2f(0, 1);
+    glVertex2f(-2, 2);
+    glEnd();
+    glPopMatrix();
+
+    glDisable(GL_BLEND);
+    glDisable(GL_ALPHA_TEST);
+    glDisable(GL_COLOR_MATERIAL);
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+}
+
+double FadeEffect::getFadeProgress() const { return fadeProgress; }
+
+const float* FadeEffect::getColor() const { return color; }
