@@ -1,25 +1,21 @@
 #include "runtime/Demo.h"
 
 #include "runtime/KVLDemosys.h"
+#include "runtime/DataEffectPool.h"
 #include "runtime/KVLTime.h"
+#include "runtime/ResourceLoader.h"
+#include "script/ParameterGroup.h"
+#include "script/Parameters.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Effect.h"
+#include "timeline/Timeline.h"
 
 #include <GL/glew.h>
 
 #include <iostream>
 
-namespace {
-
-// The window of a run before the script can size it.
-const int FIXED_WIDTH = 800;
-const int FIXED_HEIGHT = 600;
-const int FIXED_BPP = 32;
-
-} // namespace
-
 Demo::Demo(int, char** argv)
-    : scriptFile("demoscript.txt"), scriptPath("resources/scripts/"), invalid(false),
+    : loader(nullptr), scriptFile("demoscript.txt"), scriptPath("resources/scripts/"), invalid(false),
       debugFlag(false), cameraSpeed(1.0f), pitchUp(false), pitchDown(false), headingUp(false),
       headingDown(false), moveBack(false), moveForward(false), pauseShown(false),
       pauseChangedAt(0) {
@@ -31,28 +27,26 @@ Demo::Demo(int, char** argv)
     if (debugFlag) {
         std::cout << "Script : " << scriptPath << scriptFile << std::endl;
     }
-    if (KVLDemosys::action == nullptr) {
-        KVLDemosys::action = new ActionPool();
-    }
+    loader = new ResourceLoader(scriptPath + scriptFile);
+    // The pools must exist before main registers the effect classes.
+    invalid = !loader->createDataPools();
 }
 
-Demo::~Demo() {}
+Demo::~Demo() { delete loader; }
 
-void Demo::addEffect(std::string, Effect* effect) { delete effect; }
-
-bool Demo::openScreen() {
-    if (!KVLDemosys::screenOpen(FIXED_WIDTH, FIXED_HEIGHT, FIXED_BPP, 1, 0)) {
-        errorMessage = KVLDemosys::getMessage();
-        return false;
-    }
-    return true;
+void Demo::addEffect(std::string name, Effect* effect) {
+    KVLDemosys::effectTemplatePool->addEffect(name, effect);
 }
 
 bool Demo::load() {
     if (invalid) {
         return false;
     }
-    invalid = !openScreen();
+    invalid = !loader->parseConfig();
+    if (invalid) {
+        return invalid;
+    }
+    invalid = !loader->initScreen();
     if (invalid) {
         return invalid;
     }
@@ -69,6 +63,19 @@ bool Demo::load() {
         invalid = true;
         return invalid;
     }
+    invalid = !loader->loadDataFiles();
+    if (invalid) {
+        return invalid;
+    }
+    invalid = !loader->loadSound();
+    if (invalid) {
+        return invalid;
+    }
+    invalid = !loader->createEffectObjects();
+    if (invalid) {
+        return invalid;
+    }
+    invalid = !loader->createTimeline();
     return invalid;
 }
 
@@ -82,6 +89,7 @@ void Demo::init() {
     KVLDemosys::setView();
     glMatrixMode(GL_MODELVIEW);
     glEnable(GL_DEPTH_TEST);
+    loader->initDemo();
     pitchUp = false;
     pitchDown = false;
     headingUp = false;
@@ -96,9 +104,17 @@ void Demo::startClock() {
     glEnable(GL_CULL_FACE);
     glCullFace(GL_BACK);
     glEnable(GL_DEPTH_TEST);
+    KVLDemosys::light.enable();
+    KVLDemosys::light.update();
     KVLDemosys::startTime = SDL_GetTicks();
     // Without a stop time in the script a run ends after 30 minutes.
-    KVLDemosys::stopTime.setMinutes(30);
+    ParameterGroup* system =
+        (KVLDemosys::parameters != nullptr) ? KVLDemosys::parameters->getGroup("system") : nullptr;
+    if (system != nullptr && system->exist("stop")) {
+        KVLDemosys::stopTime.setTimeAsString(system->getParameter("stop"));
+    } else {
+        KVLDemosys::stopTime.setMinutes(30);
+    }
 }
 
 void Demo::frame(unsigned int now) {
@@ -113,6 +129,30 @@ void Demo::frame(unsigned int now) {
     glLoadIdentity();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     keyEvents();
+    KVLDemosys::timeline->watch();
+    // No key sets the motion flags; the branch runs on them all the same, so
+    // a binding can be added without touching the loop.
+    if (KVLDemosys::cameraActive) {
+        if (pitchUp) {
+            KVLDemosys::camera.changePitch(cameraSpeed);
+        }
+        if (pitchDown) {
+            KVLDemosys::camera.changePitch(-cameraSpeed);
+        }
+        if (headingUp) {
+            KVLDemosys::camera.changeHeading(cameraSpeed);
+        }
+        if (headingDown) {
+            KVLDemosys::camera.changeHeading(-cameraSpeed);
+        }
+        if (moveForward) {
+            KVLDemosys::camera.changeVelocity(cameraSpeed / 200.0f);
+        }
+        if (moveBack) {
+            KVLDemosys::camera.changeVelocity(cameraSpeed / -200.0f);
+        }
+        KVLDemosys::camera.setGLMatrixes();
+    }
     KVLDemosys::action->execute(KVLDemosys::getMillisecondsElapsed());
     KVLDemosys::glErrPrint("main()");
     drawPauseSymbol();
@@ -140,9 +180,20 @@ void Demo::run() {
 
 bool Demo::dispose() {
     std::cout << "[Shutting Down]" << std::endl;
-    if (invalid) {
+    bool loaderFailed = !loader->isValid();
+    if (loaderFailed) {
+        errorMessage += "ResourceLoader:\n";
+        errorMessage += "Message :\n";
+        errorMessage += loader->getErrorMessage();
+        errorMessage += "\n";
+        std::cout << errorMessage << std::endl;
+    }
+    // With a failed loader the text therefore stands twice in the log.
+    if (invalid || loaderFailed) {
         KVLDemosys::showMessage(errorMessage);
     }
+    loader->print();
+    loader->dispose();
     std::cout << "KVLDemosys::shutdown()" << std::endl;
     KVLDemosys::shutDown();
     std::cout << "[Application End]" << std::endl;
@@ -210,3 +261,5 @@ void Demo::drawPauseSymbol() {
 std::string Demo::getScriptFile() const { return scriptFile; }
 
 std::string Demo::getScriptPath() const { return scriptPath; }
+
+ResourceLoader* Demo::getLoader() const { return loader; }

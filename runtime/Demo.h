@@ -6,6 +6,7 @@
 #include <string>
 
 class Effect;
+class ResourceLoader;
 
 // The driver of one run. main() builds one Demo, registers the effect
 // classes, and calls load, init, run and dispose in that order. A failed
@@ -35,10 +36,10 @@ public:
 
     std::string getScriptFile() const;
     std::string getScriptPath() const;
+    ResourceLoader* getLoader() const;
 
 private:
-    bool openScreen();
-
+    ResourceLoader* loader;
     SDL_Event event;
     std::string scriptFile;
     std::string scriptPath;

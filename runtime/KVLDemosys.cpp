@@ -1,6 +1,8 @@
 #include "runtime/KVLDemosys.h"
 
 #include "runtime/Binary.h"
+#include "runtime/ResourceLoader.h"
+#include "script/KVLUtils.h"
 #include "script/File.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Timeline.h"
@@ -45,6 +47,8 @@ int KVLDemosys::soundchannel = -1;
 bool KVLDemosys::quit = false;
 int KVLDemosys::screenHeight = 0;
 int KVLDemosys::screenWidth = 0;
+Camera KVLDemosys::camera;
+Lightsource KVLDemosys::light;
 bool KVLDemosys::system_error = false;
 ActionPool* KVLDemosys::action = nullptr;
 Parameters* KVLDemosys::parameters = nullptr;
@@ -162,6 +166,12 @@ void KVLDemosys::setView() {
     // The 64-bit float just below one half, on purpose.
     const double h = 0.49999999999999994;
     const double w = h * screenWidth / screenHeight;
+    // The script's values are the only source. Before a script is loaded
+    // (a bare window in tests) the planes stay as they are.
+    if (parameters != nullptr) {
+        frustumNear = KVLUtils::string2Float(ResourceLoader::systemValue("screen", "near"));
+        frustumFar = KVLUtils::string2Float(ResourceLoader::systemValue("screen", "far"));
+    }
     frustumWidth = w;
     frustumHeight = h;
     glViewport(0, 0, screenWidth, screenHeight);
@@ -395,6 +405,8 @@ void KVLDemosys::resetState() {
     quit = false;
     screenHeight = 0;
     screenWidth = 0;
+    camera = Camera();
+    light = Lightsource();
     system_error = false;
     action = nullptr;
     parameters = nullptr;

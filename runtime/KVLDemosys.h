@@ -1,6 +1,8 @@
 #ifndef KVL_KVLDEMOSYS_H
 #define KVL_KVLDEMOSYS_H
 
+#include "graphics/Camera.h"
+#include "graphics/Lightsource.h"
 #include "runtime/KVLTime.h"
 
 #include <SDL/SDL.h>
@@ -66,6 +68,8 @@ public:
     static bool quit;
     static int screenHeight;
     static int screenWidth;
+    static Camera camera;
+    static Lightsource light;
     static bool system_error;
     static ActionPool* action;
     static Parameters* parameters;

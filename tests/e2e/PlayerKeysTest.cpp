@@ -29,10 +29,22 @@ void pauseFor(int milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+// A production of nothing: the real definition files, a small window, no
+// music, no effects.
+void writeQuietScript(const TempDir& dir) {
+    dir.copyFromSource("resources/definitions");
+    dir.write("resources/scripts/demoscript.txt", "{KVLDS1}\n"
+                                                  "paths { definition = resources/definitions/; }\n"
+                                                  "system { start = 00:00:000; }\n"
+                                                  "screen { width = 320; height = 240; }\n"
+                                                  "sound { play = 0; }\n");
+}
+
 } // namespace
 
 TEST(PlayerKeys, SpacePausesAndResumesAndEscapeEndsTheRunWithTheClosingLines) {
     TempDir dir;
+    writeQuietScript(dir);
     PlayerProcess player(dir.path(), {});
     ASSERT_TRUE(player.waitForWindow(60)) << player.output() << player.errorOutput();
     pauseFor(300);
@@ -54,6 +66,7 @@ TEST(PlayerKeys, SpacePausesAndResumesAndEscapeEndsTheRunWithTheClosingLines) {
     EXPECT_TRUE(startsWith(lines[duration + 1], "FPS = ")) << lines[duration + 1];
     EXPECT_EQ("[Shutting Down]", lines[duration + 2]);
     EXPECT_EQ("KVLDemosys::shutdown()", lines[lines.size() - 2]);
+    EXPECT_EQ("KVLDemosys::shutdown()", lines[lines.size() - 2]);
     EXPECT_EQ("[Application End]", lines.back());
     EXPECT_EQ(1, std::count(lines.begin(), lines.end(), "--> Stop Timeline"));
     EXPECT_EQ(1, std::count(lines.begin(), lines.end(), "--> Star Timeline"));
@@ -61,6 +74,7 @@ TEST(PlayerKeys, SpacePausesAndResumesAndEscapeEndsTheRunWithTheClosingLines) {
 
 TEST(PlayerKeys, DurationLineShowsTheClockInTheLogForm) {
     TempDir dir;
+    writeQuietScript(dir);
     PlayerProcess player(dir.path(), {});
     ASSERT_TRUE(player.waitForWindow(60)) << player.output();
     pauseFor(500);
@@ -79,6 +93,7 @@ TEST(PlayerKeys, DurationLineShowsTheClockInTheLogForm) {
 
 TEST(PlayerKeys, FailedLoadRunsNoFrameAndStillReportsAndExitsZero) {
     TempDir dir;
+    writeQuietScript(dir);
     // SDL's dummy video driver has no OpenGL, so opening the screen fails.
     std::vector<std::string> lines;
     int code = runPlayer(dir.path(), {}, &lines, 60, {"SDL_VIDEODRIVER=dummy"});
@@ -87,6 +102,7 @@ TEST(PlayerKeys, FailedLoadRunsNoFrameAndStillReportsAndExitsZero) {
     EXPECT_EQ(-1, findLine(lines, "FPS = "));
     int shutting = findLine(lines, "[Shutting Down]");
     ASSERT_GE(shutting, 0);
+    EXPECT_GE(findLine(lines, "Failed to open screen : 320x240 bpp=32 fullscreen=windowed", shutting), 0);
     EXPECT_GE(findLine(lines, "Failed to set screenmode!", shutting), 0);
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ("KVLDemosys::shutdown()", lines[lines.size() - 2]);

@@ -1,5 +1,7 @@
 #include "runtime/Demo.h"
 #include "runtime/KVLDemosys.h"
+#include "runtime/ResourceLoader.h"
+#include "timeline/Timeline.h"
 #include "support/GLTestWindow.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Effect.h"
@@ -36,30 +38,38 @@ void pushKey(SDLKey key) {
 
 } // namespace
 
+// Frees what a Demo's constructor made (the pools), quietly.
+void disposeQuietly(Demo& demo) {
+    testing::internal::CaptureStdout();
+    demo.getLoader()->dispose();
+    testing::internal::GetCapturedStdout();
+}
+
 class DemoScript : public ::testing::Test {
 protected:
-    void TearDown() override {
-        delete KVLDemosys::action;
-        KVLDemosys::resetState();
-    }
+    void SetUp() override { KVLDemosys::resetState(); }
+    void TearDown() override { KVLDemosys::resetState(); }
 };
 
 TEST_F(DemoScript, WithoutAnArgumentTheScriptIsTheDefaultDemoscript) {
     Arguments args({"kvldemo"});
     Demo demo(args.argc(), args.argv());
     EXPECT_EQ("resources/scripts/demoscript.txt", demo.getScriptPath() + demo.getScriptFile());
+    disposeQuietly(demo);
 }
 
 TEST_F(DemoScript, ArgumentIsAFileNameInsideTheScriptsDirectory) {
     Arguments args({"kvldemo", "a.txt"});
     Demo demo(args.argc(), args.argv());
     EXPECT_EQ("resources/scripts/a.txt", demo.getScriptPath() + demo.getScriptFile());
+    disposeQuietly(demo);
 }
 
 TEST_F(DemoScript, EmptyArgumentCountsAsNone) {
     Arguments args({"kvldemo", ""});
     Demo demo(args.argc(), args.argv());
     EXPECT_EQ("resources/scripts/demoscript.txt", demo.getScriptPath() + demo.getScriptFile());
+    disposeQuietly(demo);
 }
 
 TEST_F(DemoScript, DebugReturnsTheDemoItself) {
@@ -67,6 +77,16 @@ TEST_F(DemoScript, DebugReturnsTheDemoItself) {
     Demo demo(args.argc(), args.argv());
     EXPECT_EQ(&demo, demo.debug(true));
     EXPECT_TRUE(demo.isValid());
+    disposeQuietly(demo);
+}
+
+TEST_F(DemoScript, ConstructorMakesThePoolsBeforeEffectsAreRegistered) {
+    Arguments args({"kvldemo"});
+    Demo demo(args.argc(), args.argv());
+    EXPECT_NE(nullptr, KVLDemosys::data);
+    EXPECT_NE(nullptr, KVLDemosys::effectTemplatePool);
+    EXPECT_NE(nullptr, KVLDemosys::action);
+    disposeQuietly(demo);
 }
 
 // A frame driven with explicit clock values in a real window.
@@ -76,14 +96,19 @@ protected:
         GLTestWindow::SetUp();
         KVLDemosys::screenWidth = WIDTH;
         KVLDemosys::screenHeight = HEIGHT;
+        testing::internal::CaptureStdout();
         demo = new Demo(args.argc(), args.argv());
+        testing::internal::GetCapturedStdout();
+        KVLDemosys::timeline = new Timeline();
+        KVLDemosys::timeline->init();
         demo->startClock();
         KVLDemosys::startTime = 0;
+        // As after Demo::init: the free camera is off.
+        KVLDemosys::cameraActive = false;
     }
     void TearDown() override {
+        disposeQuietly(*demo);
         delete demo;
-        delete KVLDemosys::action;
-        KVLDemosys::action = nullptr;
         GLTestWindow::TearDown();
     }
 

@@ -34,3 +34,12 @@ std::string TempDir::read(const std::string& relative) const {
     content << in.rdbuf();
     return content.str();
 }
+
+void TempDir::copyFromSource(const std::string& relative) const {
+    std::filesystem::path from = std::filesystem::path(KVL_SOURCE_DIR) / relative;
+    std::filesystem::path to = file(relative);
+    std::filesystem::create_directories(to.parent_path());
+    std::filesystem::copy(from, to,
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::overwrite_existing);
+}

@@ -17,6 +17,9 @@ public:
     // Writes a file below the directory, making the folders on the way.
     void write(const std::string& relative, const std::string& content) const;
     std::string read(const std::string& relative) const;
+    // Copies a file or a folder of the source tree (relative to the
+    // repository root) to the same place below this directory.
+    void copyFromSource(const std::string& relative) const;
 
 private:
     std::string root;
