@@ -8,6 +8,7 @@ packages=(
   cmake g++ make pkg-config
   libsdl1.2-dev libsdl-mixer1.2-dev
   libglew-dev libglu1-mesa-dev libgl1-mesa-dri libpng-dev
+  libvorbis-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth xdotool x11-utils
   vorbis-tools
