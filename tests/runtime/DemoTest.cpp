@@ -1,6 +1,8 @@
 #include "runtime/Demo.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/ResourceLoader.h"
+#include "script/ParameterGroup.h"
+#include "script/Parameters.h"
 #include "timeline/Timeline.h"
 #include "support/GLTestWindow.h"
 #include "timeline/ActionPool.h"
@@ -258,4 +260,89 @@ TEST_F(DemoFrame, NothingIsDrawnForPauseWhileRunning) {
     glClear(GL_COLOR_BUFFER_BIT);
     demo->drawPauseSymbol();
     EXPECT_EQ((Rgb{0, 0, 0}), readRgb(60, 4));
+}
+
+namespace {
+
+// Asks GL for something that is not a capability in every draw.
+class FaultyEffect : public Effect {
+public:
+    void draw(unsigned int) override {
+        draws++;
+        glEnable(0xFFFF);
+    }
+    int draws = 0;
+};
+
+} // namespace
+
+TEST_F(DemoFrame, GlErrorInAnEffectIsLoggedWithThePoolAndTheRunGoesOn) {
+    FaultyEffect faulty;
+    KVLDemosys::action->addEffect("faulty", &faulty, 50);
+    testing::internal::CaptureStdout();
+    demo->frame(100);
+    demo->frame(116);
+    std::string log = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(2, faulty.draws);
+    EXPECT_FALSE(KVLDemosys::checkQuit());
+    std::string report = "[GL_ERROR LOCATION = 'main()']\n"
+                         "[GL_ERROR CODE 1280] 'invalid enumerant' in ->\n"
+                         "ActionPool {\n"
+                         "    Effects:\n"
+                         "        050_faulty - Effect\n"
+                         "    AliasTable:\n"
+                         "        faulty - 050_faulty\n"
+                         "}\n";
+    EXPECT_EQ(report + report, log);
+    EXPECT_EQ(2u, KVLDemosys::frames);
+}
+
+// The stop time read from the script's block "system".
+class DemoStopTime : public DemoFrame {
+protected:
+    void startWithStop(const char* stop) {
+        store = new Parameters();
+        ParameterGroup* system = new ParameterGroup();
+        system->addParameter("start", "00:00:000");
+        if (stop != nullptr) {
+            system->addParameter("stop", stop);
+        }
+        store->addGroup("system", system);
+        ParameterGroup* screen = new ParameterGroup();
+        screen->addParameter("near", "1.0");
+        screen->addParameter("far", "100.0");
+        store->addGroup("screen", screen);
+        KVLDemosys::parameters = store;
+        demo->startClock();
+        KVLDemosys::startTime = 0;
+    }
+    void TearDown() override {
+        KVLDemosys::parameters = nullptr;
+        delete store;
+        DemoFrame::TearDown();
+    }
+    Parameters* store = nullptr;
+};
+
+TEST_F(DemoStopTime, StopTimeOfTheScriptEndsTheRunOnceTheClockPassesIt) {
+    startWithStop("00:01:500");
+    EXPECT_EQ(1500u, KVLDemosys::stopTime.getTicks());
+    demo->frame(1500);
+    EXPECT_FALSE(KVLDemosys::checkQuit());
+    demo->frame(1501);
+    EXPECT_TRUE(KVLDemosys::checkQuit());
+}
+
+TEST_F(DemoStopTime, MalformedStopTimeEndsTheRunAtTheFirstFrameWhoseClockExceedsZero) {
+    startWithStop("soon");
+    EXPECT_EQ(0u, KVLDemosys::stopTime.getTicks());
+    demo->frame(0);
+    EXPECT_FALSE(KVLDemosys::checkQuit());
+    demo->frame(1);
+    EXPECT_TRUE(KVLDemosys::checkQuit());
+}
+
+TEST_F(DemoStopTime, SystemBlockWithoutStopRunsThirtyMinutes) {
+    startWithStop(nullptr);
+    EXPECT_EQ(1800000u, KVLDemosys::stopTime.getTicks());
 }
