@@ -1,53 +1,36 @@
 #include "script/File.h"
 
+#include "ScratchDirectory.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 namespace {
 
-// Every test works in a directory of its own that is removed afterwards.
 class FileTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "kvl_file_XXXXXX").string();
-        std::vector<char> buffer(pattern.begin(), pattern.end());
-        buffer.push_back('\0');
-        ASSERT_NE(nullptr, mkdtemp(buffer.data()));
-        directory = buffer.data();
-    }
+    void SetUp() override { ASSERT_TRUE(scratch.isReady()); }
 
-    void TearDown() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(directory, ignored);
-    }
-
-    std::string pathOf(const std::string& name) const { return (directory / name).string(); }
+    std::string pathOf(const std::string& name) const { return scratch.pathOf(name); }
 
     std::string createFile(const std::string& name, const std::string& contents) const {
-        std::string path = pathOf(name);
-        std::ofstream out(path, std::ios::binary);
-        out.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-        return path;
+        return scratch.createFile(name, contents);
+    }
+
+    static std::string contentsOf(const std::string& path) {
+        return ScratchDirectory::contentsOf(path);
     }
 
     static std::string bytes(std::initializer_list<unsigned char> values) {
         return std::string(values.begin(), values.end());
     }
 
-    static std::string contentsOf(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    }
-
-    std::filesystem::path directory;
+    ScratchDirectory scratch;
 };
 
 TEST_F(FileTest, ZeroLengthFileExistsWithSizeZeroAndOneEmptyLine) {
