@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 
 File::File(std::string path, int mode)
@@ -37,7 +38,14 @@ static std::ios_base::openmode streamModeFor(int mode) {
 
 bool File::openFile(const char* path) {
     delete stream;
-    stream = new std::fstream(path != nullptr ? path : "", streamModeFor(mode));
+    std::string name = path != nullptr ? path : "";
+    stream = new std::fstream(name, streamModeFor(mode));
+    // A directory opens for input on this platform but is no file: its length
+    // from seeking is meaningless and nothing can be read from it.
+    std::error_code ignored;
+    if (stream->is_open() && std::filesystem::is_directory(name, ignored)) {
+        stream->close();
+    }
     if (!stream->is_open()) {
         data.clear();
         size = 0;

@@ -50,6 +50,15 @@ TEST_F(FileTest, MissingFileDoesNotExistAndIsEmpty) {
     EXPECT_TRUE(file.get().empty());
 }
 
+TEST_F(FileTest, DirectoryIsNoFile) {
+    std::filesystem::create_directory(pathOf("folder"));
+    File file(pathOf("folder"), 0);
+    EXPECT_FALSE(file.exists());
+    EXPECT_EQ(0u, file.getFileSize());
+    File unloaded(pathOf("folder"), 7);
+    EXPECT_FALSE(unloaded.exists());
+}
+
 TEST_F(FileTest, KeepsThePathItWasGiven) {
     std::string path = createFile("name.txt", "x");
     File fromString(path, 0);
