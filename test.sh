@@ -24,17 +24,13 @@ cmake --build "$build_dir" -j "$(nproc)"
 # No sound card is needed: SDL's dummy driver plays silently.
 export SDL_AUDIODRIVER="${SDL_AUDIODRIVER:-dummy}"
 
-run_ctest() {
-  cd "$build_dir" && ctest --output-on-failure -j "$(nproc)" "$@"
-}
+ctest_command=(ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" "$@")
 
 if [ -n "${DISPLAY:-}" ]; then
-  run_ctest "$@"
+  "${ctest_command[@]}"
 else
   # The GL tests and the end-to-end tests need an X server with GLX; Mesa's
-  # llvmpipe renders in software.
-  export -f run_ctest
-  export build_dir
-  xvfb-run -a -s "-screen 0 1280x1024x24 +extension GLX +render -noreset" \
-    bash -c 'run_ctest "$@"' run_ctest "$@"
+  # llvmpipe renders in software. -noreset keeps the server up between the
+  # test processes, which connect and leave all the time.
+  xvfb-run -a -s "-screen 0 1280x1024x24 +extension GLX +render -noreset" "${ctest_command[@]}"
 fi
