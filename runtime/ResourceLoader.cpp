@@ -64,6 +64,10 @@ std::string ResourceLoader::systemValue(const std::string& group, const std::str
     return parameters->getParameter(key);
 }
 
+bool ResourceLoader::loadObjectBlock() { return true; }
+
+bool ResourceLoader::loadAnimationBlock() { return true; }
+
 void ResourceLoader::tick() {
     if (progress != nullptr) {
         progress->tick();
@@ -162,7 +166,16 @@ bool ResourceLoader::initScreen() {
     return true;
 }
 
-bool ResourceLoader::loadDataFiles() { return loadBinaryBlock(); }
+bool ResourceLoader::loadDataFiles() {
+    return loadShaderBlock() && loadFramebufferBlock() && loadGraphicsBlock() &&
+           loadBinaryBlock() && loadObjectBlock() && loadAnimationBlock();
+}
+
+bool ResourceLoader::loadShaderBlock() { return true; }
+
+bool ResourceLoader::loadFramebufferBlock() { return true; }
+
+bool ResourceLoader::loadGraphicsBlock() { return true; }
 
 bool ResourceLoader::loadBinaryBlock() {
     log("[Loading Binary Data]");

@@ -45,7 +45,13 @@ public:
     static std::string systemValue(const std::string& group, const std::string& key);
 
 private:
+    // The data blocks, in the order loadDataFiles reads them.
+    bool loadShaderBlock();
+    bool loadFramebufferBlock();
+    bool loadGraphicsBlock();
     bool loadBinaryBlock();
+    bool loadObjectBlock();
+    bool loadAnimationBlock();
     void tick();
 
     DemoScriptParser* parser;
