@@ -1,5 +1,7 @@
 #include "runtime/KVLDemosys.h"
 
+#include "graphics/Image.h"
+#include "graphics/Texture.h"
 #include "runtime/Binary.h"
 #include "runtime/ResourceLoader.h"
 #include "script/KVLUtils.h"
@@ -365,6 +367,82 @@ Binary* KVLDemosys::loadBinary(std::string path) {
         return nullptr;
     }
     return new Binary(file.getUnsigned());
+}
+
+Texture* KVLDemosys::loadTexture(std::string filename, unsigned int type, bool mipmap) {
+    Image* image = new Image(filename);
+    if (!image->exists()) {
+        delete image;
+        return nullptr;
+    }
+    GLuint id = 0;
+    glGenTextures(1, &id);
+
+    int width = image->getWidth();
+    int height = image->getHeight();
+    int bpp = image->getBpp();
+    const unsigned char* pixels = image->getData();
+    // Only 8-bit RGB and RGBA go up, and only with the pixels in hand: the
+    // decoder may have given up before it made any.
+    bool upload = (pixels != nullptr) && (bpp == 32 || bpp == 24);
+    GLenum format = (bpp == 32) ? GL_RGBA : GL_RGB;
+    GLint components = (bpp == 32) ? 4 : 3;
+    // RGB rows are packed without padding; under the default alignment of 4
+    // GL would read past the end of a picture whose rows are not a multiple
+    // of four bytes long.
+    GLint alignment = 4;
+    glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    if (type == GL_TEXTURE_1D) {
+        glBindTexture(GL_TEXTURE_1D, id);
+        glTexParameteri(GL_TEXTURE_1D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+        glTexParameteri(GL_TEXTURE_1D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+        glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+        // The first row in memory, the last of the file.
+        if (upload) {
+            glTexImage1D(GL_TEXTURE_1D, 0, static_cast<GLint>(format), width, 0, format,
+                         GL_UNSIGNED_BYTE, pixels);
+        }
+    } else if (type == GL_TEXTURE_2D) {
+        glBindTexture(GL_TEXTURE_2D, id);
+        if (mipmap) {
+            // GL_LINEAR_MIPMAP_LINEAR is no magnification filter: GL refuses
+            // it with an error that is reported below, and bind() sets the
+            // right pair later. The order is kept on purpose.
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+        } else {
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+        }
+        glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+        if (upload && mipmap) {
+            gluBuild2DMipmaps(GL_TEXTURE_2D, components, width, height, format, GL_UNSIGNED_BYTE,
+                              pixels);
+        } else if (upload) {
+            glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), width, height, 0, format,
+                         GL_UNSIGNED_BYTE, pixels);
+        }
+    }
+    glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
+
+    // A lost context keeps answering with an error; do not loop forever.
+    GLenum code = glGetError();
+    for (int guard = 0; code != GL_NO_ERROR && guard < 64; guard++) {
+        const GLubyte* text = gluErrorString(code);
+        std::cout << "[GL_ERROR] '" << (text != nullptr ? reinterpret_cast<const char*>(text) : "")
+                  << "' in ->" << filename << std::endl;
+        code = glGetError();
+    }
+
+    Texture* texture = new Texture(filename, id);
+    texture->setSize(width, height);
+    texture->setBPP(bpp);
+    texture->setFileSize(image->getFileSize());
+    texture->setType(type);
+    texture->isMipmapped(mipmap);
+    delete image;
+    return texture;
 }
 
 void KVLDemosys::shutDown() {

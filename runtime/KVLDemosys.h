@@ -23,6 +23,7 @@ class DataShaderPool;
 class DataTexturePool;
 class GLExtensions;
 class Parameters;
+class Texture;
 class Timeline;
 
 // The one global state of a run: pools, screen, clock, music, stores and
@@ -110,6 +111,8 @@ public:
     static bool soundShutdown();
 
     static Binary* loadBinary(std::string path);
+    // A new texture that the caller owns, or null when the file does not open.
+    static Texture* loadTexture(std::string filename, unsigned int type, bool mipmap);
     static void shutDown();
 
     // Puts every static back to its start value, so that tests can run

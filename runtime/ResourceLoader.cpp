@@ -1,6 +1,7 @@
 #include "runtime/ResourceLoader.h"
 
 #include "effects/FadeEffect.h"
+#include "graphics/Texture.h"
 #include "runtime/Binary.h"
 #include "runtime/Data.h"
 #include "runtime/DataAnimationPool.h"
@@ -19,6 +20,8 @@
 #include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
+#include "script/StringTokenizer.h"
+#include "script/StringUtils.h"
 #include "timeline/ActionPool.h"
 #include "timeline/EventModifyEffect.h"
 #include "timeline/EventStartEffect.h"
@@ -175,7 +178,67 @@ bool ResourceLoader::loadShaderBlock() { return true; }
 
 bool ResourceLoader::loadFramebufferBlock() { return true; }
 
-bool ResourceLoader::loadGraphicsBlock() { return true; }
+bool ResourceLoader::loadGraphicsBlock() {
+    log("[Loading Graphics]");
+    if (!KVLDemosys::parameters->exist("graphics")) {
+        log("No image data");
+        return true;
+    }
+    ParameterGroup* block = KVLDemosys::parameters->getGroup("graphics");
+    std::string path = systemValue("paths", "gfx");
+    for (int i = 0; i < block->size(); i++) {
+        std::string name = block->getKey(i);
+        std::string file = block->getValue(i);
+        StringTokenizer tokens(file, ",");
+        int count = tokens.countTokens();
+        bool mipmap = false;
+        unsigned int target = GL_TEXTURE_2D;
+        // One token leaves the value as it stands; otherwise the file is the
+        // first token, untrimmed, so a blank before the comma stays in it.
+        if (count > 1) {
+            file = tokens.getNext();
+            std::string word = StringUtils::trim(tokens.getNext());
+            if (word == "GL_TEXTURE_1D") {
+                target = GL_TEXTURE_1D;
+            } else if (word == "GL_TEXTURE_2D") {
+                target = GL_TEXTURE_2D;
+            } else if (word == "GL_TEXTURE_3D") {
+                target = GL_TEXTURE_3D;
+            } else {
+                errorMessage = "TexturePool: '" + file + "' using wrong texture parameter '" +
+                               word + "'\n" + "Options : GL_TEXTURE_1D/2D/3D";
+                valid = false;
+                return false;
+            }
+        }
+        // The mipmap word is read only from a value of exactly three tokens.
+        if (count == 3) {
+            std::string word = StringUtils::trim(tokens.getNext());
+            if (word != "GEN_MIPMAP") {
+                errorMessage = "TexturePool: '" + file + "' using wrong mipmap parameter " + "'" +
+                               word + "'\n" + "Options : GEN_MIPMAPS";
+                valid = false;
+                return false;
+            }
+            mipmap = true;
+        }
+        // A file already loaded is not loaded again, and this entry's name
+        // stays unknown to the pool.
+        if (!KVLDemosys::texturePool->isFileInPool(file)) {
+            log("Load : " + path + file);
+            Texture* texture = KVLDemosys::loadTexture(path + file, target, mipmap);
+            if (texture == nullptr) {
+                valid = false;
+                errorMessage = "Failed to load texture!\nFile : '" + path + file + "'";
+                return false;
+            }
+            texture->setFilename(file);
+            KVLDemosys::texturePool->addTexture(name, texture);
+        }
+        tick();
+    }
+    return true;
+}
 
 bool ResourceLoader::loadBinaryBlock() {
     log("[Loading Binary Data]");
