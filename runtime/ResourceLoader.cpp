@@ -1,6 +1,7 @@
 #include "runtime/ResourceLoader.h"
 
 #include "effects/FadeEffect.h"
+#include "graphics/Shader.h"
 #include "graphics/Texture.h"
 #include "runtime/Binary.h"
 #include "runtime/Data.h"
@@ -17,6 +18,7 @@
 #include "runtime/KVLTime.h"
 #include "runtime/ProgressBar.h"
 #include "script/DemoScriptParser.h"
+#include "script/File.h"
 #include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
@@ -174,7 +176,55 @@ bool ResourceLoader::loadDataFiles() {
            loadBinaryBlock() && loadObjectBlock() && loadAnimationBlock();
 }
 
-bool ResourceLoader::loadShaderBlock() { return true; }
+bool ResourceLoader::loadShaderBlock() {
+    log("[Loading Shaders]");
+    if (!KVLDemosys::parameters->exist("shaders")) {
+        log("No shaders to load");
+        return true;
+    }
+    ParameterGroup* block = KVLDemosys::parameters->getGroup("shaders");
+    std::string path = systemValue("paths", "shaders");
+    log("Shader path = " + path);
+    for (int i = 0; i < block->size(); i++) {
+        std::string name = block->getKey(i);
+        std::string stem = block->getValue(i);
+        log("Loading shader " + name + " = " + stem);
+        // A shader that fails stays allocated: the load stops right here.
+        Shader* shader = new Shader();
+        File vertex(path + stem + ".vert", 0);
+        if (!vertex.exists()) {
+            errorMessage = "Vertex shader '" + stem + ".vert' not found";
+            valid = false;
+            return false;
+        }
+        if (!shader->setVertexSource(vertex.getAsString())) {
+            errorMessage = "Error while compiling vertex shader\nShader: " + stem + ".vert\n" +
+                           shader->getErrorMessage();
+            valid = false;
+            return false;
+        }
+        File fragment(path + stem + ".frag", 0);
+        if (!fragment.exists()) {
+            // valid stays true: the run stops, and the report shows no text.
+            errorMessage = "Fragement shader '" + stem + ".frag' not found";
+            return false;
+        }
+        if (!shader->setFragmentSource(fragment.getAsString())) {
+            errorMessage = "Error while compiling fragment shader\nShader: " + stem + ".frag\n" +
+                           shader->getErrorMessage();
+            valid = false;
+            return false;
+        }
+        if (!shader->link()) {
+            errorMessage = "Error while linking shader pair\nShader: " + stem + "\n" +
+                           shader->getErrorMessage();
+            valid = false;
+            return false;
+        }
+        KVLDemosys::shaderPool->addShader(name, shader);
+    }
+    return true;
+}
 
 bool ResourceLoader::loadFramebufferBlock() { return true; }
 
