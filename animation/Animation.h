@@ -16,8 +16,8 @@ class Keyframe;
 // is how the end of a path is held.
 class Animation {
 public:
-    static const int LINEAR = 0;
-    static const int CATMULL_ROM = 1;
+    static constexpr int LINEAR = 0;
+    static constexpr int CATMULL_ROM = 1;
 
     Animation();
     ~Animation();

@@ -25,7 +25,7 @@ public:
 
     // A count beyond what a file holds is filled with empty keyframes up to
     // this many in all, so that a damaged count cannot exhaust memory.
-    static const int MAX_PADDED_KEYFRAMES = 65536;
+    static constexpr int MAX_PADDED_KEYFRAMES = 65536;
 
 private:
     Animation* animation;
