@@ -1,5 +1,6 @@
 #include "runtime/ResourceLoader.h"
 
+#include "animation/AnimationParser.h"
 #include "effects/FadeEffect.h"
 #include "graphics/Shader.h"
 #include "graphics/Texture.h"
@@ -71,7 +72,29 @@ std::string ResourceLoader::systemValue(const std::string& group, const std::str
 
 bool ResourceLoader::loadObjectBlock() { return true; }
 
-bool ResourceLoader::loadAnimationBlock() { return true; }
+bool ResourceLoader::loadAnimationBlock() {
+    log("[Loading Animation Data]");
+    if (!KVLDemosys::parameters->exist("animation")) {
+        log("No animation data");
+        return true;
+    }
+    ParameterGroup* block = KVLDemosys::parameters->getGroup("animation");
+    std::string path = systemValue("paths", "misc");
+    for (int i = 0; i < block->size(); i++) {
+        std::string name = block->getKey(i);
+        std::string file = block->getValue(i);
+        AnimationParser animationParser(path + file);
+        Animation* animation = animationParser.parse();
+        if (!animationParser.isValid()) {
+            errorMessage = animationParser.getErrorMessage();
+            valid = false;
+            return false;
+        }
+        KVLDemosys::animationPool->addAnimation(name, animation);
+        tick();
+    }
+    return true;
+}
 
 void ResourceLoader::tick() {
     if (progress != nullptr) {
