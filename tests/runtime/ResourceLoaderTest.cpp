@@ -45,8 +45,8 @@ const std::string RULE(64, '#');
 
 std::string script(const std::string& blocks) {
     return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "sound = resources/music/; }\n" +
+           "paths { definition = resources/definitions/; gfx = resources/gfx/; "
+           "misc = resources/misc/; sound = resources/music/; }\n" +
            blocks;
 }
 
@@ -357,6 +357,27 @@ TEST_F(ResourceLoaderSteps, WholeLoadingSequenceTicksOnceInEachStepFromTheSoundO
     // gives none), loadSound, createEffectObjects, createTimeline, initDemo.
     EXPECT_EQ((std::vector<int>{0, 0, 0, 0, 1, 2, 3, 4}), ticks);
     EXPECT_TRUE(loader().isValid());
+}
+
+// A 2x2 red RGB image.
+const std::string
+    DOT_PNG("\x89\x50\x4e\x47\x0d\x0a\x1a\x0a\x00\x00\x00\x0d\x49\x48\x44\x52\x00\x00\x00\x02"
+            "\x00\x00\x00\x02\x08\x02\x00\x00\x00\xfd\xd4\x9a\x73\x00\x00\x00\x10\x49\x44\x41"
+            "\x54\x78\x9c\x63\xf8\xcf\xc0\x00\x44\x0c\x10\x0a\x00\x1f\xee\x03\xfd\x8b\x5f\x14"
+            "\xd4\x00\x00\x00\x00\x49\x45\x4e\x44\xae\x42\x60\x82",
+            73);
+
+TEST_F(ResourceLoaderSteps, GraphicsEntriesTickOnceEachAlsoWhenTheFileIsAlreadyLoaded) {
+    space.write(fadeScript() + "graphics { a = dot.png; b = dot.png; }\n");
+    space.directory.write("resources/gfx/dot.png", DOT_PNG);
+    std::vector<int> ticks;
+    std::vector<bool> results = loadAll(&ticks);
+    ASSERT_EQ(std::vector<bool>(9, true), results) << loader().getErrorMessage();
+    EXPECT_EQ(6, loader().getProgressBar()->getMaxTicks());
+    EXPECT_EQ((std::vector<int>{0, 0, 0, 2, 3, 4, 5, 6}), ticks);
+    EXPECT_FLOAT_EQ(5.0f / 6.0f, loader().getProgressBar()->getProgress());
+    // The second entry names a file already in the pool: ticked, not loaded.
+    EXPECT_EQ(1, KVLDemosys::texturePool->size());
 }
 
 TEST_F(ResourceLoaderSteps, BarNeverShowsFullAfterTheWholeSequence) {
