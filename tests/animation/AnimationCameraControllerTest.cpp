@@ -1,11 +1,15 @@
 #include "animation/AnimationCameraController.h"
 
 #include "animation/Animation.h"
+#include "animation/AnimationParser.h"
 #include "animation/Keyframe.h"
 #include "runtime/KVLDemosys.h"
+#include "support/GLTestWindow.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <memory>
 #include <string>
 
 namespace {
@@ -192,4 +196,45 @@ TEST_F(AnimationCameraControllerTest, EqualStartAndEndTimesDoNotMoveTheCamera) {
     controller.animate(2000);
     testing::internal::GetCapturedStdout();
     expectCameraAt(before, path.getPitch(), path.getHeading());
+}
+
+// The production's path played on the real camera: at every sampled moment
+// the modelview puts the centre of the scene straight ahead of the viewer.
+class AnimationCameraControllerOnScreen : public GLTestWindow {
+protected:
+    void SetUp() override {
+        KVLDemosys::resetState();
+        GLTestWindow::SetUp();
+    }
+    void TearDown() override {
+        GLTestWindow::TearDown();
+        KVLDemosys::resetState();
+    }
+};
+
+TEST_F(AnimationCameraControllerOnScreen, ProductionPathKeepsTheCentreInFrontOfTheCamera) {
+    AnimationParser parser(std::string(KVL_SOURCE_DIR) + "/resources/misc/camera.ani");
+    testing::internal::CaptureStdout();
+    std::unique_ptr<Animation> path(parser.parse());
+    testing::internal::GetCapturedStdout();
+    ASSERT_NE(nullptr, path) << parser.getErrorMessage();
+    std::unique_ptr<AnimationCameraController> controller(path->getCameraController());
+    controller->setStartTime(KVLTime(std::string("00:10:000")));
+    controller->setEndTime(KVLTime(std::string("00:34:000")));
+    for (unsigned int ms = 10000; ms < 34000; ms += 1700) {
+        controller->animate(ms);
+        testing::internal::CaptureStdout();
+        KVLDemosys::camera.setGLMatrixes();
+        testing::internal::GetCapturedStdout();
+        GLfloat m[16];
+        glGetFloatv(GL_MODELVIEW_MATRIX, m);
+        // The point the flight aims at, half a unit above the origin, in eye space.
+        float eye[3];
+        for (int row = 0; row < 3; row++) {
+            eye[row] = m[4 + row] * 0.5f + m[12 + row];
+        }
+        EXPECT_LT(eye[2], -5.0f) << ms;
+        EXPECT_LT(std::fabs(eye[0]), 0.05f * -eye[2]) << ms;
+        EXPECT_LT(std::fabs(eye[1]), 0.05f * -eye[2]) << ms;
+    }
 }

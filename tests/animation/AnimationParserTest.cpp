@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -350,4 +352,47 @@ TEST(AnimationParser, TruncatedAndBitFlippedFilesNeverCrashTheParser) {
     testing::internal::GetCapturedStdout();
     EXPECT_GT(refused, 0);
     EXPECT_GT(parsed, 0);
+}
+
+// The production's camera path: a closed flight around the object at the
+// origin, 6 to 10 units out, changing height, with small steps between
+// keyframes and the camera aimed at the centre all the way.
+TEST(AnimationParser, ProductionCameraPathIsASmoothFlightAroundTheOrigin) {
+    AnimationParser parser(std::string(KVL_SOURCE_DIR) + "/resources/misc/camera.ani");
+    testing::internal::CaptureStdout();
+    std::unique_ptr<Animation> path(parser.parse());
+    testing::internal::GetCapturedStdout();
+    ASSERT_TRUE(parser.isValid()) << parser.getErrorMessage();
+    ASSERT_NE(nullptr, path);
+    ASSERT_GE(path->countKeyFrames(), 100);
+    const double pi = 3.141592653589793;
+    float lowest = 1e9f;
+    float highest = -1e9f;
+    for (int i = 0; i < path->countKeyFrames(); i++) {
+        const Keyframe* k = path->getKeyFrame(i);
+        Vector<float, 3> p = k->getPosition();
+        float around = std::sqrt(p[0] * p[0] + p[2] * p[2]);
+        EXPECT_GE(around, 6.0f) << "keyframe " << i;
+        EXPECT_LE(around, 10.0f) << "keyframe " << i;
+        lowest = std::min(lowest, p[1]);
+        highest = std::max(highest, p[1]);
+        // The camera looks along (sin h cos p, -sin p, -cos p cos h).
+        double a = k->getPitch() * pi / 180.0;
+        double b = k->getHeading() * pi / 180.0;
+        double view[3] = {std::sin(b) * std::cos(a), -std::sin(a), -std::cos(a) * std::cos(b)};
+        double length = std::sqrt(p[0] * p[0] + p[1] * p[1] + p[2] * p[2]);
+        double towardsCentre = -(view[0] * p[0] + view[1] * p[1] + view[2] * p[2]) / length;
+        EXPECT_GT(towardsCentre, 0.99) << "keyframe " << i;
+        if (i > 0) {
+            const Keyframe* before = path->getKeyFrame(i - 1);
+            Vector<float, 3> step = p - before->getPosition();
+            EXPECT_LT(step.length(), 0.5f) << "keyframe " << i;
+            EXPECT_LT(std::fabs(k->getHeading() - before->getHeading()), 5.0f) << "keyframe " << i;
+            EXPECT_LT(std::fabs(k->getPitch() - before->getPitch()), 5.0f) << "keyframe " << i;
+        }
+    }
+    EXPECT_GT(highest - lowest, 1.0f);
+    const Keyframe* first = path->getKeyFrame(0);
+    const Keyframe* last = path->getKeyFrame(path->countKeyFrames() - 1);
+    EXPECT_LT((last->getPosition() - first->getPosition()).length(), 0.5f);
 }
