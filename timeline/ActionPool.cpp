@@ -1,5 +1,6 @@
 #include "timeline/ActionPool.h"
 
+#include "graphics/FrameBufferObject.h"
 #include "timeline/Effect.h"
 
 #include <iostream>
@@ -50,8 +51,15 @@ int ActionPool::countEffects() const { return static_cast<int>(effects.size()); 
 void ActionPool::execute(unsigned int ticks) {
     for (auto& entry : effects) {
         Effect* effect = entry.second;
+        FrameBufferObject* target = effect->getRenderTarget();
+        if (target != nullptr) {
+            target->bind();
+        }
         effect->draw(ticks);
         effect->setLastCalled(ticks);
+        if (target != nullptr) {
+            target->release();
+        }
     }
 }
 
