@@ -174,12 +174,15 @@ float* Image::getFloatData() {
     if (floatData != nullptr) {
         return floatData;
     }
-    size_t count = static_cast<size_t>(width) * static_cast<size_t>(height) *
-                   static_cast<size_t>(pixelSize);
+    size_t count =
+        static_cast<size_t>(width) * static_cast<size_t>(height) * static_cast<size_t>(pixelSize);
+    // A picture whose pixels were never allocated has no bytes to convert.
+    if (count > dataSize) {
+        count = dataSize;
+    }
     floatData = new float[count];
     for (size_t i = 0; i < count; i++) {
-        // A picture that did not decode to its end reads as zeros.
-        floatData[i] = (i < dataSize) ? static_cast<float>(data[i] * 0.00390625) : 0.0f;
+        floatData[i] = static_cast<float>(data[i] * 0.00390625);
     }
     return floatData;
 }
