@@ -2,6 +2,7 @@
 
 #include "animation/AnimationParser.h"
 #include "effects/FadeEffect.h"
+#include "graphics/FrameBufferObject.h"
 #include "graphics/Shader.h"
 #include "graphics/Texture.h"
 #include "runtime/Binary.h"
@@ -249,7 +250,84 @@ bool ResourceLoader::loadShaderBlock() {
     return true;
 }
 
-bool ResourceLoader::loadFramebufferBlock() { return true; }
+bool ResourceLoader::loadFramebufferBlock() {
+    log("[Creating FramebufferObjects]");
+    if (!KVLDemosys::parameters->exist("framebuffers")) {
+        log("No framebuffers to create");
+        return true;
+    }
+    ParameterGroup* block = KVLDemosys::parameters->getGroup("framebuffers");
+    for (int i = 0; i < block->size(); i++) {
+        std::string name = block->getKey(i);
+        std::string value = block->getValue(i);
+        StringTokenizer tokens(value, ",");
+        int count = tokens.countTokens();
+        if (count < 3 || count > 5) {
+            errorMessage = "Wrong number of parameters in framebuffer block\nFramebuffer: " + name +
+                           "\ndefined as : " + value +
+                           "\nValid syntax: width, height, COLOR_BUFFER "
+                           "[,DEPTH_BUFFER][,STENCIL_BUFFER]";
+            valid = false;
+            return false;
+        }
+
+        std::string token = StringUtils::trim(tokens.getNext());
+        int width = KVLDemosys::screenWidth;
+        if (token != "width") {
+            if (!StringUtils::isInt(token)) {
+                errorMessage = "Frambuffer width is not an int\nFBO: " + name +
+                               "\nvalue : " + token + "\nValid syntax: 'width' or unsinged integer";
+                valid = false;
+                return false;
+            }
+            width = KVLUtils::string2Int(token);
+        }
+
+        token = StringUtils::trim(tokens.getNext());
+        int height = KVLDemosys::screenHeight;
+        if (token != "height") {
+            if (!StringUtils::isInt(token)) {
+                errorMessage = "Frambuffer height is not an int\nFBO: " + name +
+                               "\nvalue : " + token +
+                               "\nValid syntax: 'height' or unsinged integer";
+                valid = false;
+                return false;
+            }
+            height = KVLUtils::string2Int(token);
+        }
+
+        // The buffer words stand in fixed places: no stencil without depth.
+        const char* words[] = {"COLOR_BUFFER", "DEPTH_BUFFER", "STENCIL_BUFFER"};
+        for (int place = 0; place < count - 2; place++) {
+            token = StringUtils::trim(tokens.getNext());
+            if (token != words[place]) {
+                errorMessage = "Wrong parameter for framebuffer '" + name + "'\nvalue: '" + token +
+                               "'\nexpected : '" + words[place] + "'\n";
+                valid = false;
+                return false;
+            }
+            if (place == 1) {
+                log("moo ");
+            }
+        }
+        bool depth = count > 3;
+        bool stencil = count > 4;
+
+        FrameBufferObject* fbo = new FrameBufferObject(width, height, depth, stencil);
+        log(fbo->toString());
+        // Every target starts out empty.
+        fbo->bind();
+        fbo->clear();
+        fbo->release();
+        // release hands back the screen's view; the loading bar that follows
+        // draws in clip coordinates.
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glMatrixMode(GL_MODELVIEW);
+        KVLDemosys::fboPool->addFBO(name, fbo);
+    }
+    return true;
+}
 
 bool ResourceLoader::loadGraphicsBlock() {
     log("[Loading Graphics]");
