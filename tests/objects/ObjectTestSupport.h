@@ -30,16 +30,21 @@ inline Vector<float, 3> toVec3(const float* values) {
     return vec3(values[0], values[1], values[2]);
 }
 
-// An upright square from (-half, -half) to (half, half) at depth z, facing
+// An upright square from (x - half, y - half) to (x + half, y + half), facing
 // the viewer, with u and v running from 0 to 1 across it. Triangle 0 is the
 // lower right half, triangle 1 the upper left.
-inline O3d* makeSquare(float half, float z = 0.0f) {
+inline O3d* makeSquareAt(float x, float y, float half) {
     O3d* square = new O3d();
-    square->setVertices({-half, -half, z, half, -half, z, half, half, z, -half, half, z});
+    square->setVertices({x - half, y - half, 0.0f, x + half, y - half, 0.0f, x + half, y + half,
+                         0.0f, x - half, y + half, 0.0f});
     square->setPolygons({0, 1, 2, 0, 2, 3}, {0, 1, 1, 0}, {0, 0, 1, 1});
     square->calculateNormals();
     square->calculateVertexNormals();
     return square;
+}
+
+inline O3d* makeSquare(float half) {
+    return makeSquareAt(0.0f, 0.0f, half);
 }
 
 // One triangle with the given corners, normals computed.
