@@ -113,7 +113,7 @@ bool KVLDemosys::checkQuit() { return quit; }
 
 // ---------------------------------------------------------------- screen
 
-bool KVLDemosys::screenOpen(int width, int height, int, int opengl, int fullscreen) {
+bool KVLDemosys::screenOpen(int width, int height, int bpp, int opengl, int fullscreen) {
     screenWidth = width;
     screenHeight = height;
     if (SDL_Init(SDL_INIT_VIDEO) == -1) {
@@ -124,10 +124,10 @@ bool KVLDemosys::screenOpen(int width, int height, int, int opengl, int fullscre
         SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
         SDL_GL_SetAttribute(SDL_GL_SWAP_CONTROL, 1);
         Uint32 flags = SDL_OPENGL | SDL_HWSURFACE | (fullscreen == 1 ? SDL_FULLSCREEN : 0);
-        screen = SDL_SetVideoMode(width, height, 0, flags);
+        screen = SDL_SetVideoMode(width, height, bpp, flags);
     } else if (opengl == 0 && (fullscreen == 0 || fullscreen == 1)) {
         Uint32 flags = SDL_DOUBLEBUF | SDL_HWSURFACE | (fullscreen == 1 ? SDL_FULLSCREEN : 0);
-        screen = SDL_SetVideoMode(width, height, 0, flags);
+        screen = SDL_SetVideoMode(width, height, bpp, flags);
     }
     SDL_ShowCursor(0);
     if (screen == nullptr) {
@@ -137,7 +137,8 @@ bool KVLDemosys::screenOpen(int width, int height, int, int opengl, int fullscre
     return true;
 }
 
-bool KVLDemosys::screenOpen(int width, int height, int, int opengl, char* title, char* icon) {
+bool KVLDemosys::screenOpen(int width, int height, int bpp, int opengl, char* title,
+                            char* icon) {
     screenWidth = width;
     screenHeight = height;
     if (SDL_Init(SDL_INIT_VIDEO) == -1) {
@@ -148,10 +149,10 @@ bool KVLDemosys::screenOpen(int width, int height, int, int opengl, char* title,
         SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
         SDL_GL_SetAttribute(SDL_GL_SWAP_CONTROL, 1);
         SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 32);
-        screen = SDL_SetVideoMode(width, height, 0, SDL_OPENGL | SDL_HWSURFACE);
+        screen = SDL_SetVideoMode(width, height, bpp, SDL_OPENGL | SDL_HWSURFACE);
         SDL_WM_SetCaption(title, icon);
     } else if (opengl == 0) {
-        screen = SDL_SetVideoMode(width, height, 0, SDL_DOUBLEBUF | SDL_HWSURFACE);
+        screen = SDL_SetVideoMode(width, height, bpp, SDL_DOUBLEBUF | SDL_HWSURFACE);
         SDL_WM_SetCaption(title, icon);
     }
     SDL_ShowCursor(0);

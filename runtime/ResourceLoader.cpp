@@ -417,9 +417,12 @@ bool ResourceLoader::loadBinaryBlock() {
 bool ResourceLoader::loadSound() {
     log("[Setting up sound]");
     // A script without a sound block plays no music.
-    ParameterGroup* sound = systemGroup("sound");
-    if (sound->size() > 0 && systemValue("sound", "play") == "1") {
-        std::string path = systemValue("paths", "sound") + systemValue("sound", "file");
+    bool hasSound = KVLDemosys::parameters->exist("sound");
+    std::string path;
+    if (hasSound) {
+        path = systemValue("paths", "sound") + systemValue("sound", "file");
+    }
+    if (hasSound && systemValue("sound", "play") == "1") {
         log("Play : " + path);
         std::vector<char> name(path.begin(), path.end());
         name.push_back('\0');

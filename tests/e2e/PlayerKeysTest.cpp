@@ -34,7 +34,7 @@ void pauseFor(int milliseconds) {
 void writeQuietScript(const TempDir& dir) {
     dir.copyFromSource("resources/definitions");
     dir.write("resources/scripts/demoscript.txt", "{KVLDS1}\n"
-                                                  "paths { definition = resources/definitions/; }\n"
+                                                  "paths { definition = resources/definitions/; sound = resources/music/; }\n"
                                                   "system { start = 00:00:000; }\n"
                                                   "screen { width = 320; height = 240; }\n"
                                                   "sound { play = 0; }\n");
