@@ -8,7 +8,7 @@
 
 // The same kind of failure as an absent parameter key, for a definition that
 // has no parameters block at all.
-[[noreturn]] static void failWithoutParametersBlock() {
+[[noreturn]] [[gnu::noinline]] static void failWithoutParametersBlock() {
     throw std::logic_error("EffectDefinition::getDefaults() : no parameters block");
 }
 
