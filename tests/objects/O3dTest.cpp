@@ -232,6 +232,15 @@ TEST(O3d, APolygonMaterialForATriangleThatDoesNotExistIsDroppedButSetsTheFlags) 
     EXPECT_FALSE(square->getPolygon(1)->hasMaterial());
 }
 
+TEST(O3d, ANullPolygonMaterialLeavesTheTriangleWithoutOne) {
+    std::unique_ptr<O3d> square(makeSquare(0.5f));
+    Material material;
+    square->setPolygonMaterial(0, &material);
+    square->setPolygonMaterial(0, nullptr);
+    EXPECT_FALSE(square->getPolygon(0)->hasMaterial());
+    EXPECT_TRUE(square->hasPolygonMaterial());
+}
+
 TEST(O3d, MaterialFlagsCanBeSetDirectly) {
     O3d object;
     object.hasObjectMaterial(true);
