@@ -5,6 +5,7 @@
 #include "graphics/FrameBufferObject.h"
 #include "graphics/Shader.h"
 #include "graphics/Texture.h"
+#include "objects/ObjectParser.h"
 #include "runtime/Binary.h"
 #include "runtime/Data.h"
 #include "runtime/DataAnimationPool.h"
@@ -71,7 +72,37 @@ std::string ResourceLoader::systemValue(const std::string& group, const std::str
     return parameters->getParameter(key);
 }
 
-bool ResourceLoader::loadObjectBlock() { return true; }
+bool ResourceLoader::loadObjectBlock() {
+    log("[Loading 3D Objects]");
+    if (!KVLDemosys::parameters->exist("objects")) {
+        log("No objects");
+        return true;
+    }
+    ParameterGroup* block = KVLDemosys::parameters->getGroup("objects");
+    std::string path = systemValue("paths", "object");
+    for (int i = 0; i < block->size(); i++) {
+        std::string name = block->getKey(i);
+        std::string file = block->getValue(i);
+        log("Loading : '" + path + file + "'");
+        ObjectParser objectParser(path + file);
+        // The first test catches what the constructor found: a missing file
+        // or an unknown header.
+        if (!objectParser.isValid()) {
+            valid = false;
+            errorMessage = objectParser.getErrorMessage();
+            return false;
+        }
+        O3dScene* scene = objectParser.parse();
+        if (!objectParser.isValid()) {
+            valid = false;
+            errorMessage = objectParser.getErrorMessage();
+            return false;
+        }
+        KVLDemosys::objectPool->addObject(name, scene);
+        tick();
+    }
+    return true;
+}
 
 bool ResourceLoader::loadAnimationBlock() {
     log("[Loading Animation Data]");
