@@ -14,6 +14,8 @@
 
 #include <iostream>
 
+#include <vorbis/vorbisfile.h>
+
 double KVLDemosys::frustumWidth = 1.0;
 double KVLDemosys::frustumHeight = 1.0;
 double KVLDemosys::frustumNear = 1.0;
@@ -234,6 +236,20 @@ namespace {
 const int MUSIC_RATE = 44100;
 const int MUSIC_CHUNK = 1024;
 
+std::string musicFile;
+// In milliseconds; 0 when the file does not tell (not Ogg Vorbis).
+double musicLength = 0.0;
+
+double lengthOf(const char* filename) {
+    OggVorbis_File vorbis;
+    if (ov_fopen(filename, &vorbis) != 0) {
+        return 0.0;
+    }
+    double seconds = ov_time_total(&vorbis, -1);
+    ov_clear(&vorbis);
+    return seconds > 0.0 ? seconds * 1000.0 : 0.0;
+}
+
 bool openAudioDevice(const char* filename, bool logCode) {
     int created = SDL_InitSubSystem(SDL_INIT_AUDIO);
     if (created != 0) {
@@ -262,6 +278,8 @@ bool openAudioDevice(const char* filename, bool logCode) {
         KVLDemosys::message = "Failed to load soundfile!";
         return false;
     }
+    musicFile = filename;
+    musicLength = lengthOf(filename);
     return true;
 }
 
@@ -318,6 +336,15 @@ bool KVLDemosys::soundPlay(unsigned int milliseconds) {
         message = "Failed to play sound!";
         return false;
     }
+    // SDL_mixer's Ogg player keeps the unplayed rest of its last decoded
+    // packet over a halt, and neither the rewind of a start nor a seek drops
+    // it; a fresh load keeps the old position from sounding after a resume.
+    Mix_FreeMusic(sound);
+    sound = Mix_LoadMUS(musicFile.c_str());
+    if (sound == nullptr) {
+        message = "Failed to play sound!";
+        return false;
+    }
     // Start and seek under the audio lock, so no buffer from the beginning of
     // the piece is mixed before the jump.
     SDL_LockAudio();
@@ -327,6 +354,13 @@ bool KVLDemosys::soundPlay(unsigned int milliseconds) {
         return false;
     }
     soundchannel = 0;
+    // A seek behind the end fails inside SDL_mixer without a word and the
+    // piece would play again from its start; there it ends at once instead.
+    if (musicLength > 0.0 && milliseconds >= musicLength) {
+        Mix_HaltMusic();
+        SDL_UnlockAudio();
+        return false;
+    }
     if (Mix_SetMusicPosition(milliseconds / 1000.0) != 0) {
         SDL_UnlockAudio();
         message = "Failed to play sound from current position!";

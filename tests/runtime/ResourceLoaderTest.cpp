@@ -1,5 +1,6 @@
 #include "runtime/ResourceLoader.h"
 
+#include "effects/DisplayTexture.h"
 #include "effects/FadeEffect.h"
 #include "runtime/Data.h"
 #include "runtime/DataAnimationPool.h"
@@ -211,8 +212,11 @@ TEST_F(ResourceLoaderSteps, CreateDataPoolsFilesTheNinePoolsInDataUnderTheirName
     EXPECT_EQ(0, KVLDemosys::effectPool->size());
 }
 
-TEST_F(ResourceLoaderSteps, CreateDataPoolsAddsTheFadeTemplateAndTheStartStopAndModifyEvents) {
+TEST_F(ResourceLoaderSteps, CreateDataPoolsAddsTheEffectTemplatesAndTheStartStopAndModifyEvents) {
     makePools();
+    ASSERT_TRUE(KVLDemosys::effectTemplatePool->exist("DisplayTexture"));
+    EXPECT_NE(nullptr, dynamic_cast<DisplayTexture*>(
+                           KVLDemosys::effectTemplatePool->getEffect("DisplayTexture")));
     ASSERT_TRUE(KVLDemosys::effectTemplatePool->exist("FadeEffect"));
     EXPECT_NE(nullptr,
               dynamic_cast<FadeEffect*>(KVLDemosys::effectTemplatePool->getEffect("FadeEffect")));

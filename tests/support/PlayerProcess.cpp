@@ -104,8 +104,17 @@ bool PlayerProcess::pressKey(const std::string& key) {
     if (window.empty()) {
         return false;
     }
-    std::string command = "xdotool windowfocus --sync " + window + " key " + key + " >/dev/null 2>&1";
-    return std::system(command.c_str()) == 0;
+    // Focus changes can be refused while the server is busy with other test
+    // windows; try again a few times before giving up.
+    std::string focus = "xdotool windowfocus --sync " + window + " >/dev/null 2>&1";
+    std::string press = "xdotool key " + key + " >/dev/null 2>&1";
+    for (int attempt = 0; attempt < 10; attempt++) {
+        if (std::system(focus.c_str()) == 0 && std::system(press.c_str()) == 0) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    return false;
 }
 
 int PlayerProcess::waitForExit(double seconds) {
