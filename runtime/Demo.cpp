@@ -1,7 +1,9 @@
 #include "runtime/Demo.h"
 
 #include "runtime/KVLDemosys.h"
+#include "graphics/Texture.h"
 #include "runtime/DataEffectPool.h"
+#include "runtime/DataTexturePool.h"
 #include "runtime/KVLTime.h"
 #include "runtime/ResourceLoader.h"
 #include "script/ParameterGroup.h"
@@ -244,6 +246,14 @@ void Demo::drawPauseSymbol() {
     glDisable(GL_LIGHTING);
     glEnable(GL_COLOR_MATERIAL);
     glColor4f(1, 1, 1, 1);
+    // Without a loaded icon the quad is drawn plain white.
+    Texture* icon = nullptr;
+    if (KVLDemosys::texturePool != nullptr && KVLDemosys::texturePool->exist("sysicon_pause")) {
+        icon = KVLDemosys::texturePool->getTexture("sysicon_pause");
+    }
+    if (icon != nullptr) {
+        icon->bind();
+    }
     glTranslatef(0.9f, -0.86f, 0.0f);
     glBegin(GL_QUADS);
     glTexCoord2f(0, 0);
@@ -255,6 +265,9 @@ void Demo::drawPauseSymbol() {
     glTexCoord2f(0, 1);
     glVertex2f(-0.075f, 0.095f);
     glEnd();
+    if (icon != nullptr) {
+        icon->release();
+    }
     glDisable(GL_COLOR_MATERIAL);
 }
 
