@@ -83,8 +83,8 @@ protected:
         });
         EXPECT_TRUE(ready) << loader.getErrorMessage();
         ticksBefore = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
-        std::vector<std::string> lines =
-            splitLines(logOf([&] { result = loader.loadDataFiles(); }));
+        lastLog = logOf([&] { result = loader.loadDataFiles(); });
+        std::vector<std::string> lines = splitLines(lastLog);
         ticksAfter = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
         int header = indexOf(lines, "[Loading Animation Data]");
         EXPECT_GE(header, 0);
@@ -98,6 +98,7 @@ protected:
     std::filesystem::path previous;
     ResourceLoader loader{SCRIPT};
     bool result = false;
+    std::string lastLog;
     int ticksBefore = 0;
     int ticksAfter = 0;
 };
@@ -109,6 +110,16 @@ TEST_F(AnimationBlock, ScriptWithoutAnAnimationBlockSaysNoAnimationDataAndLoadin
     EXPECT_EQ((std::vector<std::string>{"[Loading Animation Data]", "No animation data"}), lines);
     EXPECT_EQ(0, KVLDemosys::animationPool->size());
     EXPECT_EQ(ticksBefore, ticksAfter);
+}
+
+TEST_F(AnimationBlock, ScriptWithoutObjectsOrAnimationsPassesBothHeadersWithTheirNoLines) {
+    load(script(""));
+    EXPECT_TRUE(result);
+    std::vector<std::string> lines = splitLines(lastLog);
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ((std::vector<std::string>{"[Loading 3D Objects]", "No objects",
+                                        "[Loading Animation Data]", "No animation data"}),
+              std::vector<std::string>(lines.end() - 4, lines.end()));
 }
 
 TEST_F(AnimationBlock, EachEntryLoadsFromTheMiscPathIntoThePoolUnderItsName) {
