@@ -33,8 +33,8 @@ ObjectParser::ObjectParser(std::string filename)
         std::cout << errorMessage << std::endl;
         valid = false;
     }
-    // The buffer of a missing file is empty and reads as an empty header.
-    std::string header = file->readString(8);
+    // A missing file has no bytes to read: its header is empty.
+    std::string header = found ? file->readString(8) : "";
     std::cout << "Header = '" << header << "'" << std::endl;
     if (header == "{KVLC01}") {
         filetype = "KVL_ASCII_01";
