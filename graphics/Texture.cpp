@@ -92,8 +92,8 @@ std::string Texture::getFilename() const {
 
 // 32-bit arithmetic that wraps on enormous sizes instead of overflowing.
 int Texture::getMemorySize() const {
-    uint32_t bits = static_cast<uint32_t>(width) * static_cast<uint32_t>(height) *
-                    static_cast<uint32_t>(bpp);
+    uint32_t bits =
+        static_cast<uint32_t>(width) * static_cast<uint32_t>(height) * static_cast<uint32_t>(bpp);
     return static_cast<int32_t>(bits) / 8;
 }
 
