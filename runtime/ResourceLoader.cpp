@@ -1,6 +1,7 @@
 #include "runtime/ResourceLoader.h"
 
 #include "animation/AnimationParser.h"
+#include "effects/DisplayObjectEffect.h"
 #include "effects/DisplayTexture.h"
 #include "effects/FadeEffect.h"
 #include "graphics/FrameBufferObject.h"
@@ -160,6 +161,7 @@ bool ResourceLoader::createDataPools() {
     KVLDemosys::data->addData("fboPool", KVLDemosys::fboPool);
 
     log("[Adding effect templates]");
+    KVLDemosys::effectTemplatePool->addEffect("DisplayObject", new DisplayObjectEffect());
     KVLDemosys::effectTemplatePool->addEffect("DisplayTexture", new DisplayTexture());
     KVLDemosys::effectTemplatePool->addEffect("FadeEffect", new FadeEffect());
 

@@ -24,7 +24,7 @@ namespace {
 
 // The effect templates the player registers, in name order. They show in the
 // parser's list, in the template pool of the report and in its disposal.
-const std::vector<std::string> TEMPLATES = {"DisplayTexture", "FadeEffect", "GlowEffect"};
+const std::vector<std::string> TEMPLATES = {"DisplayObject", "DisplayTexture", "FadeEffect", "GlowEffect"};
 
 const std::string RULE(64, '#');
 
