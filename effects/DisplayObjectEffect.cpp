@@ -60,14 +60,17 @@ DataObjectPool* objectPool() {
 DisplayObjectEffect::DisplayObjectEffect()
     : rotationAngle{0, 0, 0}, position{0, 0, 0}, rotationSpeed{0, 0, 0}, rotationCenter{0, 0, 0},
       scene(nullptr), displayList(nullptr), shading(0), scale(1.0f), normalsForward(true),
-      drawNormals(false), moveEndTicks(0), moveTo{0, 0, 0}, moveFrom{0, 0, 0},
-      moveProgress(1.0f) {
+      drawNormals(false), moveEndTicks(0), moveTo{0, 0, 0}, moveFrom{0, 0, 0}, moveProgress(1.0f) {
     std::cout << "DisplayObjectEffect()" << std::endl;
 }
 
-DisplayObjectEffect::~DisplayObjectEffect() { delete displayList; }
+DisplayObjectEffect::~DisplayObjectEffect() {
+    delete displayList;
+}
 
-Effect* DisplayObjectEffect::getInstance() { return new DisplayObjectEffect(); }
+Effect* DisplayObjectEffect::getInstance() {
+    return new DisplayObjectEffect();
+}
 
 // Wipes what init read from the script as well; the scene, the display list
 // and the start of a move stay.
@@ -195,9 +198,10 @@ void DisplayObjectEffect::draw(unsigned int ticks) {
         for (int i = 0; i < 3; i++) {
             position[i] = moveFrom[i] + (moveTo[i] - moveFrom[i]) * moveProgress;
         }
-        float elapsed = static_cast<float>(ticks) - static_cast<float>(modifyTime);
-        float span = static_cast<float>(moveEndTicks) - static_cast<float>(modifyTime);
-        moveProgress = elapsed / span;
+        // Both spans count from the modify time in unsigned milliseconds, so
+        // an end set before the order itself leaves the object near its start.
+        unsigned int span = moveEndTicks - modifyTime;
+        moveProgress = static_cast<float>(getModifyTime(ticks) / static_cast<double>(span));
     }
 
     glPushMatrix();
@@ -237,22 +241,46 @@ void DisplayObjectEffect::draw(unsigned int ticks) {
     }
 }
 
-const float* DisplayObjectEffect::getRotationAngle() const { return rotationAngle; }
+const float* DisplayObjectEffect::getRotationAngle() const {
+    return rotationAngle;
+}
 
-const float* DisplayObjectEffect::getPosition() const { return position; }
+const float* DisplayObjectEffect::getPosition() const {
+    return position;
+}
 
-const float* DisplayObjectEffect::getRotationSpeed() const { return rotationSpeed; }
+const float* DisplayObjectEffect::getRotationSpeed() const {
+    return rotationSpeed;
+}
 
-float DisplayObjectEffect::getMoveProgress() const { return moveProgress; }
+const float* DisplayObjectEffect::getRotationCenter() const {
+    return rotationCenter;
+}
 
-bool DisplayObjectEffect::isDrawingNormals() const { return drawNormals; }
+float DisplayObjectEffect::getMoveProgress() const {
+    return moveProgress;
+}
 
-bool DisplayObjectEffect::areNormalsForward() const { return normalsForward; }
+bool DisplayObjectEffect::isDrawingNormals() const {
+    return drawNormals;
+}
 
-int DisplayObjectEffect::getShading() const { return shading; }
+bool DisplayObjectEffect::areNormalsForward() const {
+    return normalsForward;
+}
 
-float DisplayObjectEffect::getScale() const { return scale; }
+int DisplayObjectEffect::getShading() const {
+    return shading;
+}
 
-O3dScene* DisplayObjectEffect::getScene() const { return scene; }
+float DisplayObjectEffect::getScale() const {
+    return scale;
+}
 
-DisplayList* DisplayObjectEffect::getDisplayList() const { return displayList; }
+O3dScene* DisplayObjectEffect::getScene() const {
+    return scene;
+}
+
+DisplayList* DisplayObjectEffect::getDisplayList() const {
+    return displayList;
+}

@@ -28,6 +28,7 @@ public:
     const float* getRotationAngle() const;
     const float* getPosition() const;
     const float* getRotationSpeed() const;
+    const float* getRotationCenter() const;
     float getMoveProgress() const;
     bool isDrawingNormals() const;
     bool areNormalsForward() const;
