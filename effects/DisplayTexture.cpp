@@ -31,9 +31,9 @@ double progressAt(unsigned int ticks, const KVLTime* start, const KVLTime* end) 
 
 DisplayTexture::DisplayTexture()
     : rotationSpeed{0, 0, 0}, rotationAngle{0, 0, 0}, position{0, 0, 0}, scale{1, 1},
-      texture(nullptr), alphaBlend(false), alpha(1.0f), fadeUpProgress(1.0),
-      fadeDownProgress(1.0), fadeStart(new KVLTime()), fadeEnd(new KVLTime()), moveProgress(1.0),
-      moveStart(new KVLTime()), moveEnd(new KVLTime()), moveFrom{0, 0, 0}, moveTo{0, 0, 0} {}
+      texture(nullptr), alphaBlend(false), alpha(1.0f), fadeUpProgress(1.0), fadeDownProgress(1.0),
+      fadeStart(new KVLTime()), fadeEnd(new KVLTime()), moveProgress(1.0), moveStart(new KVLTime()),
+      moveEnd(new KVLTime()), moveFrom{0, 0, 0}, moveTo{0, 0, 0} {}
 
 DisplayTexture::~DisplayTexture() {
     delete fadeStart;
@@ -42,7 +42,9 @@ DisplayTexture::~DisplayTexture() {
     delete moveEnd;
 }
 
-Effect* DisplayTexture::getInstance() { return new DisplayTexture(); }
+Effect* DisplayTexture::getInstance() {
+    return new DisplayTexture();
+}
 
 void DisplayTexture::reset() {
     fadeUpProgress = 1.0;
@@ -124,7 +126,7 @@ void DisplayTexture::draw(unsigned int ticks) {
     }
     if (fadeDownProgress != 1.0) {
         fadeDownProgress = progressAt(ticks, fadeStart, fadeEnd);
-        alpha = 1.0f - static_cast<float>(fadeDownProgress);
+        alpha = static_cast<float>(1.0 - fadeDownProgress);
     }
     if (moveProgress != 1.0) {
         moveProgress = progressAt(ticks, moveStart, moveEnd);
@@ -196,10 +198,42 @@ void DisplayTexture::draw(unsigned int ticks) {
     glPopMatrix();
 }
 
-float DisplayTexture::getAlpha() const { return alpha; }
+float DisplayTexture::getAlpha() const {
+    return alpha;
+}
 
-const float* DisplayTexture::getPosition() const { return position; }
+const float* DisplayTexture::getPosition() const {
+    return position;
+}
 
-const float* DisplayTexture::getRotationAngle() const { return rotationAngle; }
+const float* DisplayTexture::getRotationAngle() const {
+    return rotationAngle;
+}
 
-Texture* DisplayTexture::getTexture() const { return texture; }
+const float* DisplayTexture::getRotationSpeed() const {
+    return rotationSpeed;
+}
+
+const float* DisplayTexture::getScale() const {
+    return scale;
+}
+
+Texture* DisplayTexture::getTexture() const {
+    return texture;
+}
+
+bool DisplayTexture::isAlphaBlending() const {
+    return alphaBlend;
+}
+
+double DisplayTexture::getFadeUpProgress() const {
+    return fadeUpProgress;
+}
+
+double DisplayTexture::getFadeDownProgress() const {
+    return fadeDownProgress;
+}
+
+double DisplayTexture::getMoveProgress() const {
+    return moveProgress;
+}

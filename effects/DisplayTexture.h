@@ -25,7 +25,13 @@ public:
     float getAlpha() const;
     const float* getPosition() const;
     const float* getRotationAngle() const;
+    const float* getRotationSpeed() const;
+    const float* getScale() const;
     Texture* getTexture() const;
+    bool isAlphaBlending() const;
+    double getFadeUpProgress() const;
+    double getFadeDownProgress() const;
+    double getMoveProgress() const;
 
 private:
     float rotationSpeed[3];
