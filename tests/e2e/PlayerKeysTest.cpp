@@ -108,3 +108,22 @@ TEST(PlayerKeys, FailedLoadRunsNoFrameAndStillReportsAndExitsZero) {
     EXPECT_EQ("KVLDemosys::shutdown()", lines[lines.size() - 2]);
     EXPECT_EQ("[Application End]", lines.back());
 }
+
+TEST(PlayerGate, DriverWithoutOpenGl20StopsTheLoadWithItsMessageAndNoFrameRuns) {
+    TempDir dir;
+    writeQuietScript(dir);
+    std::vector<std::string> lines;
+    // Mesa reports whatever version it is told to: here one below 2.0.
+    int code = runPlayer(dir.path(), {}, &lines, 60, {"MESA_GL_VERSION_OVERRIDE=1.5"});
+    EXPECT_EQ(0, code);
+    EXPECT_EQ(-1, findLine(lines, "Duration : "));
+    EXPECT_EQ(-1, findLine(lines, "[Loading Shaders]"));
+    int shutting = findLine(lines, "[Shutting Down]");
+    ASSERT_GE(shutting, 0);
+    ASSERT_GT(lines.size(), static_cast<size_t>(shutting + 4));
+    EXPECT_EQ("No OpenGL 2.0 support found!", lines[shutting + 1]);
+    EXPECT_EQ("Your graphics card is probably crappy", lines[shutting + 2]);
+    EXPECT_EQ("or you are using drivers from the stoneage.", lines[shutting + 3]);
+    EXPECT_EQ(std::string(64, '#'), lines[shutting + 4]);
+    EXPECT_EQ("[Application End]", lines.back());
+}

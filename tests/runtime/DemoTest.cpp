@@ -346,3 +346,15 @@ TEST_F(DemoStopTime, SystemBlockWithoutStopRunsThirtyMinutes) {
     startWithStop(nullptr);
     EXPECT_EQ(1800000u, KVLDemosys::stopTime.getTicks());
 }
+
+TEST_F(DemoFrame, CheckKeyPressFindsTheKeyAndSwallowsWhatCameBefore) {
+    pushKey(SDLK_q);
+    pushKey(SDLK_SPACE);
+    pushKey(SDLK_ESCAPE);
+    EXPECT_TRUE(KVLDemosys::checkKeyPress(SDLK_SPACE));
+    // Escape is still queued, the q before Space is gone.
+    EXPECT_FALSE(KVLDemosys::checkKeyPress(SDLK_q));
+    pushKey(SDLK_ESCAPE);
+    EXPECT_TRUE(KVLDemosys::checkKeyPress(SDLK_ESCAPE));
+    EXPECT_FALSE(KVLDemosys::checkKeyPress(SDLK_ESCAPE));
+}
