@@ -1,18 +1,13 @@
+#include "objects/KVL3dWriter.h"
 #include "objects/O3dScene.h"
 #include "objects/ObjectParser.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 #include <streambuf>
 #include <string>
-#include <vector>
 
 // Loading one model of 100,000 triangles in each of the two model formats,
 // the way the loader reads the objects block: reader made, file parsed,
@@ -44,13 +39,8 @@ private:
     std::streambuf* out;
 };
 
-struct Sheet {
-    std::vector<float> vertices; // x, y, z, u, v
-    std::vector<int> indices;
-};
-
-Sheet makeSheet() {
-    Sheet sheet;
+KVL3dWriter sheetModel() {
+    KVL3dWriter::ObjectRecord sheet;
     for (int row = 0; row <= ROWS; row++) {
         for (int column = 0; column <= COLUMNS; column++) {
             float u = static_cast<float>(column) / COLUMNS;
@@ -65,63 +55,19 @@ Sheet makeSheet() {
             int b = a + 1;
             int c = a + COLUMNS + 2;
             int d = a + COLUMNS + 1;
-            sheet.indices.insert(sheet.indices.end(), {a, b, c, a, c, d});
+            sheet.triangles.insert(sheet.triangles.end(), {a, b, c, 0, a, c, d, 0});
         }
     }
-    return sheet;
-}
-
-std::string textModel(const Sheet& sheet) {
-    std::ostringstream out;
-    out << "{KVLC01}\nMaterial {\n  name = sheet;\n  diffuse = 0.8, 0.8, 0.9;\n}\n";
-    out << "Object {\n  materialmode = single;\n  material = 0;\n  position = 0 0 0;\n"
-        << "  pivot = 0 0 0;\n  vertex =";
-    char number[32];
-    for (size_t i = 0; i < sheet.vertices.size(); i++) {
-        std::snprintf(number, sizeof(number), "%.7g", static_cast<double>(sheet.vertices[i]));
-        out << (i == 0 ? " " : (i % 5 == 0 ? ",\n    " : ", ")) << number;
-    }
-    out << ";\n  polygons =";
-    for (size_t i = 0; i < sheet.indices.size(); i++) {
-        out << (i == 0 ? " " : (i % 3 == 0 ? ",\n    " : ", ")) << sheet.indices[i];
-    }
-    out << ";\n}\n";
-    return out.str();
-}
-
-void putInt(std::string& out, int32_t value) {
-    uint32_t bits = static_cast<uint32_t>(value);
-    for (int i = 0; i < 4; i++) {
-        out += static_cast<char>((bits >> (8 * i)) & 0xff);
-    }
-}
-
-void putFloat(std::string& out, float value) {
-    int32_t bits;
-    std::memcpy(&bits, &value, sizeof(bits));
-    putInt(out, bits);
-}
-
-std::string binaryModel(const Sheet& sheet) {
-    std::string out = "{KVLB01}";
-    putInt(out, 1);
-    out += std::string("sheet") + '\0';
-    const float colours[16] = {0.2f, 0.2f, 0.2f, 1, 0.8f, 0.8f, 0.9f, 1,
-                               0.5f, 0.5f, 0.5f, 1, 0,    0,    0,    1};
-    for (float c : colours) {
-        putFloat(out, c);
-    }
-    putFloat(out, 10.0f);
-    putInt(out, 1);
-    putInt(out, static_cast<int32_t>(sheet.vertices.size() / 5));
-    for (float value : sheet.vertices) {
-        putFloat(out, value);
-    }
-    putInt(out, static_cast<int32_t>(sheet.indices.size() / 3));
-    for (int index : sheet.indices) {
-        putInt(out, index);
-    }
-    return out;
+    KVL3dWriter model;
+    model.addMaterial({"sheet",
+                       {0.8f, 0.8f, 0.9f},
+                       {0.2f, 0.2f, 0.2f},
+                       {0.5f, 0.5f, 0.5f},
+                       {0, 0, 0},
+                       10.0f,
+                       ""});
+    model.addObject(sheet);
+    return model;
 }
 
 // The two files, written once for the whole run.
@@ -130,11 +76,11 @@ public:
     Models() {
         directory = (std::filesystem::temp_directory_path() / "kvl-object-bench").string();
         std::filesystem::create_directories(directory);
-        Sheet sheet = makeSheet();
+        KVL3dWriter sheet = sheetModel();
         text = directory + "/sheet.kvlc";
         binary = directory + "/sheet.kvlb";
-        std::ofstream(text, std::ios::binary) << textModel(sheet);
-        std::ofstream(binary, std::ios::binary) << binaryModel(sheet);
+        sheet.writeText(text);
+        sheet.writeBinary(binary);
     }
     ~Models() {
         std::error_code ignored;

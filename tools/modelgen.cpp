@@ -1,15 +1,12 @@
 // modelgen: writes the production's model, a (2, 3) torus knot tube in three
 // coloured bands, in both model formats of the player.
 
+#include "objects/KVL3dWriter.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -82,29 +79,26 @@ Vec3 knot(double t) {
     return {r * std::cos(p * t), r * std::sin(p * t), 0.45 * std::sin(q * t)};
 }
 
-struct Material {
-    const char* name;
-    float diffuse[3];
-    float ambient[3];
-    float specular[3];
-    float emissive[3];
+// Binary files keep the shine, text files drop it.
+const KVL3dWriter::MaterialRecord MATERIALS[3] = {
+    {"copper",
+     {0.85f, 0.45f, 0.2f},
+     {0.25f, 0.12f, 0.05f},
+     {1.0f, 0.8f, 0.6f},
+     {0, 0, 0},
+     10.0f,
+     ""},
+    {"steel", {0.55f, 0.6f, 0.7f}, {0.15f, 0.15f, 0.18f}, {1.0f, 1.0f, 1.0f}, {0, 0, 0}, 10.0f, ""},
+    {"ice",
+     {0.3f, 0.75f, 1.0f},
+     {0.05f, 0.15f, 0.25f},
+     {0.8f, 0.9f, 1.0f},
+     {0.0f, 0.1f, 0.2f},
+     10.0f,
+     ""},
 };
 
-const Material MATERIALS[3] = {
-    {"copper", {0.85f, 0.45f, 0.2f}, {0.25f, 0.12f, 0.05f}, {1.0f, 0.8f, 0.6f}, {0, 0, 0}},
-    {"steel", {0.55f, 0.6f, 0.7f}, {0.15f, 0.15f, 0.18f}, {1.0f, 1.0f, 1.0f}, {0, 0, 0}},
-    {"ice", {0.3f, 0.75f, 1.0f}, {0.05f, 0.15f, 0.25f}, {0.8f, 0.9f, 1.0f}, {0.0f, 0.1f, 0.2f}},
-};
-
-struct Mesh {
-    std::vector<float> positions;
-    std::vector<float> us;
-    std::vector<float> vs;
-    // a, b, c and the material, grouped by material.
-    std::vector<int> triangles;
-};
-
-Mesh makeKnot(int segments, int sides) {
+KVL3dWriter::ObjectRecord makeKnot(int segments, int sides) {
     const double tube = 0.18;
     std::vector<Vec3> centre(segments);
     std::vector<Vec3> tangent(segments);
@@ -127,7 +121,7 @@ Mesh makeKnot(int segments, int sides) {
     Vec3 back = normal[segments];
     double twist = std::atan2(dot(cross(back, normal[0]), tangent[0]), dot(back, normal[0]));
 
-    Mesh mesh;
+    KVL3dWriter::ObjectRecord mesh;
     for (int i = 0; i < segments; i++) {
         double correction = twist * i / segments;
         Vec3 n = normal[i];
@@ -137,11 +131,10 @@ Mesh makeKnot(int segments, int sides) {
         for (int j = 0; j < sides; j++) {
             double a = 2.0 * PI * j / sides;
             Vec3 p = centre[i] + (turned * std::cos(a) + binormal * std::sin(a)) * tube;
-            mesh.positions.push_back(static_cast<float>(p.x));
-            mesh.positions.push_back(static_cast<float>(p.y));
-            mesh.positions.push_back(static_cast<float>(p.z));
-            mesh.us.push_back(static_cast<float>(i) / segments);
-            mesh.vs.push_back(static_cast<float>(j) / sides);
+            mesh.vertices.insert(mesh.vertices.end(),
+                                 {static_cast<float>(p.x), static_cast<float>(p.y),
+                                  static_cast<float>(p.z), static_cast<float>(i) / segments,
+                                  static_cast<float>(j) / sides});
         }
     }
     // Bands of a twelfth of the knot each, in the three materials in turn.
@@ -164,108 +157,12 @@ Mesh makeKnot(int segments, int sides) {
     return mesh;
 }
 
-std::string number(float value) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.7g", static_cast<double>(value));
-    return text;
-}
-
-std::string colour(const float (&c)[3]) {
-    return number(c[0]) + ", " + number(c[1]) + ", " + number(c[2]);
-}
-
-std::string textFormat(const Mesh& mesh) {
-    std::ostringstream out;
-    out << "{KVLC01}\n";
-    for (const Material& m : MATERIALS) {
-        out << "Material {\n";
-        out << "  name = " << m.name << ";\n";
-        out << "  diffuse = " << colour(m.diffuse) << ";\n";
-        out << "  ambient = " << colour(m.ambient) << ";\n";
-        out << "  specular = " << colour(m.specular) << ";\n";
-        out << "  emissive = " << colour(m.emissive) << ";\n";
-        out << "}\n";
-    }
-    out << "Object {\n";
-    out << "  materialmode = multi;\n";
-    out << "  position = 0 0 0;\n";
-    out << "  pivot = 0 0 0;\n";
-    out << "  vertex =";
-    for (size_t i = 0; i < mesh.us.size(); i++) {
-        out << (i == 0 ? " " : ",\n    ") << number(mesh.positions[3 * i]) << ", "
-            << number(mesh.positions[3 * i + 1]) << ", " << number(mesh.positions[3 * i + 2])
-            << ", " << number(mesh.us[i]) << ", " << number(mesh.vs[i]);
-    }
-    out << ";\n";
-    out << "  polygons =";
-    for (size_t i = 0; i + 3 < mesh.triangles.size(); i += 4) {
-        out << (i == 0 ? " " : ",\n    ") << mesh.triangles[i] << ", " << mesh.triangles[i + 1]
-            << ", " << mesh.triangles[i + 2] << ", " << mesh.triangles[i + 3];
-    }
-    out << ";\n";
-    out << "}\n";
-    return out.str();
-}
-
-void putInt(std::string& out, int32_t value) {
-    uint32_t bits = static_cast<uint32_t>(value);
-    for (int i = 0; i < 4; i++) {
-        out += static_cast<char>((bits >> (8 * i)) & 0xff);
-    }
-}
-
-void putFloat(std::string& out, float value) {
-    int32_t bits;
-    std::memcpy(&bits, &value, sizeof(bits));
-    putInt(out, bits);
-}
-
-void putColour(std::string& out, const float (&c)[3]) {
-    for (float value : c) {
-        putFloat(out, value);
-    }
-    putFloat(out, 1.0f);
-}
-
-std::string binaryFormat(const Mesh& mesh) {
-    std::string out = "{KVLB01}";
-    putInt(out, 3);
-    for (const Material& m : MATERIALS) {
-        out += m.name;
-        out += '\0';
-        putColour(out, m.ambient);
-        putColour(out, m.diffuse);
-        putColour(out, m.specular);
-        putColour(out, m.emissive);
-        putFloat(out, 10.0f);
-    }
-    putInt(out, 1);
-    putInt(out, static_cast<int32_t>(mesh.us.size()));
-    for (size_t i = 0; i < mesh.us.size(); i++) {
-        putFloat(out, mesh.positions[3 * i]);
-        putFloat(out, mesh.positions[3 * i + 1]);
-        putFloat(out, mesh.positions[3 * i + 2]);
-        putFloat(out, mesh.us[i]);
-        putFloat(out, mesh.vs[i]);
-    }
-    putInt(out, static_cast<int32_t>(mesh.triangles.size() / 4));
-    for (size_t i = 0; i + 3 < mesh.triangles.size(); i += 4) {
-        putInt(out, mesh.triangles[i]);
-        putInt(out, mesh.triangles[i + 1]);
-        putInt(out, mesh.triangles[i + 2]);
-    }
-    return out;
-}
-
-bool save(const std::string& path, const std::string& bytes, const Mesh& mesh) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-    out.close();
-    if (!out) {
+bool save(const KVL3dWriter& writer, const std::string& path, bool binary) {
+    if (!(binary ? writer.writeBinary(path) : writer.writeText(path))) {
         std::cerr << "modelgen: cannot write '" << path << "'" << std::endl;
         return false;
     }
-    std::cout << path << ": " << mesh.us.size() << " vertices, " << mesh.triangles.size() / 4
+    std::cout << path << ": " << writer.countVertices() << " vertices, " << writer.countTriangles()
               << " triangles, 3 materials" << std::endl;
     return true;
 }
@@ -313,8 +210,12 @@ int main(int argc, char** argv) {
     if (!directory.empty() && directory.back() != '/') {
         directory += '/';
     }
-    Mesh mesh = makeKnot(segments, sides);
-    bool written = save(directory + name + ".kvlc", textFormat(mesh), mesh) &&
-                   save(directory + name + ".kvlb", binaryFormat(mesh), mesh);
+    KVL3dWriter writer;
+    for (const KVL3dWriter::MaterialRecord& material : MATERIALS) {
+        writer.addMaterial(material);
+    }
+    writer.addObject(makeKnot(segments, sides));
+    bool written = save(writer, directory + name + ".kvlc", false) &&
+                   save(writer, directory + name + ".kvlb", true);
     return written ? 0 : 1;
 }

@@ -1,11 +1,9 @@
 // objconvert: turns a Wavefront OBJ model into a model file of the player,
 // in the text format "{KVLC01}" or the binary format "{KVLB01}".
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdio>
+#include "objects/KVL3dWriter.h"
+
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -53,38 +51,25 @@ const char* const HELP =
     "  resources/objects/square.kvlc (text): 1 object(s), 1 material(s), 4 vertices, 2 triangles\n"
     "and in the script:  objects { square = square.kvlc; }\n";
 
-struct Colour {
-    float r;
-    float g;
-    float b;
-};
-
-struct ObjMaterial {
-    std::string name;
-    Colour diffuse{0.75f, 0.75f, 0.75f};
-    Colour ambient{0.2f, 0.2f, 0.2f};
-    Colour specular{0.5f, 0.5f, 0.5f};
-    Colour emissive{0.0f, 0.0f, 0.0f};
-    float shine = 10.0f;
-    std::string texture;
-};
-
-struct Triangle {
-    int corners[3];
-    int material;
-};
+// What a material that the library does not describe looks like.
+KVL3dWriter::MaterialRecord greyMaterial(const std::string& name) {
+    return {name,
+            {0.75f, 0.75f, 0.75f},
+            {0.2f, 0.2f, 0.2f},
+            {0.5f, 0.5f, 0.5f},
+            {0.0f, 0.0f, 0.0f},
+            10.0f,
+            ""};
+}
 
 // One object of the output: vertices with their own u and v, triangles.
 struct Part {
-    std::vector<float> positions;
-    std::vector<float> us;
-    std::vector<float> vs;
-    std::vector<Triangle> triangles;
+    KVL3dWriter::ObjectRecord object;
     std::map<std::pair<int, int>, int> vertexOf;
 };
 
 struct Model {
-    std::vector<ObjMaterial> materials;
+    std::vector<KVL3dWriter::MaterialRecord> materials;
     std::vector<Part> parts;
 };
 
@@ -109,7 +94,7 @@ private:
     std::vector<float> positions;
     std::vector<float> texcoords;
     int normals = 0;
-    std::map<std::string, ObjMaterial> library;
+    std::map<std::string, KVL3dWriter::MaterialRecord> library;
     std::map<std::string, int> usedMaterials;
     int material = -1;
     bool newPart = true;
@@ -129,8 +114,8 @@ std::string restOf(std::istringstream& in) {
     return (first == std::string::npos) ? "" : rest.substr(first, last - first + 1);
 }
 
-Colour readColour(std::istringstream& in) {
-    Colour c{0.0f, 0.0f, 0.0f};
+KVL3dWriter::Colour readColour(std::istringstream& in) {
+    KVL3dWriter::Colour c{0.0f, 0.0f, 0.0f};
     in >> c.r >> c.g >> c.b;
     return c;
 }
@@ -143,15 +128,14 @@ void Converter::readMaterials(const std::string& path) {
         return;
     }
     std::string text;
-    ObjMaterial* open = nullptr;
+    KVL3dWriter::MaterialRecord* open = nullptr;
     while (std::getline(in, text)) {
         std::istringstream words(text);
         std::string word;
         words >> word;
         if (word == "newmtl") {
             std::string name = restOf(words);
-            library[name] = ObjMaterial();
-            library[name].name = name;
+            library[name] = greyMaterial(name);
             open = &library[name];
         } else if (open == nullptr) {
             continue;
@@ -180,7 +164,7 @@ int Converter::materialIndex(const std::string& name) {
     if (used != usedMaterials.end()) {
         return used->second;
     }
-    ObjMaterial m;
+    KVL3dWriter::MaterialRecord m = greyMaterial(name);
     auto known = library.find(name);
     if (known != library.end()) {
         m = known->second;
@@ -247,13 +231,14 @@ bool Converter::corner(const std::string& token, int& vertex) {
         vertex = found->second;
         return true;
     }
-    vertex = static_cast<int>(part.us.size());
+    std::vector<float>& vertices = part.object.vertices;
+    vertex = static_cast<int>(vertices.size() / 5);
     part.vertexOf[key] = vertex;
     for (int i = 0; i < 3; i++) {
-        part.positions.push_back(positions[3 * position + i]);
+        vertices.push_back(positions[3 * position + i]);
     }
-    part.us.push_back(texcoord >= 0 ? texcoords[2 * texcoord] : 0.0f);
-    part.vs.push_back(texcoord >= 0 ? texcoords[2 * texcoord + 1] : 0.0f);
+    vertices.push_back(texcoord >= 0 ? texcoords[2 * texcoord] : 0.0f);
+    vertices.push_back(texcoord >= 0 ? texcoords[2 * texcoord + 1] : 0.0f);
     return true;
 }
 
@@ -306,11 +291,12 @@ bool Converter::read(const std::string& path) {
             }
             Part& part = current();
             for (size_t i = 1; i + 1 < corners.size(); i++) {
-                part.triangles.push_back({{corners[0], corners[i], corners[i + 1]}, material});
+                part.object.triangles.insert(part.object.triangles.end(),
+                                             {corners[0], corners[i], corners[i + 1], material});
             }
         } else if (word == "o" || word == "g") {
             // A group name that repeats the object's name starts nothing.
-            if (!result.parts.empty() && !result.parts.back().triangles.empty()) {
+            if (!result.parts.empty() && !result.parts.back().object.triangles.empty()) {
                 newPart = true;
             }
         } else if (word == "usemtl") {
@@ -321,7 +307,7 @@ bool Converter::read(const std::string& path) {
     }
     std::vector<Part> kept;
     for (Part& part : result.parts) {
-        if (!part.triangles.empty()) {
+        if (!part.object.triangles.empty()) {
             kept.push_back(std::move(part));
         }
     }
@@ -331,124 +317,6 @@ bool Converter::read(const std::string& path) {
         return false;
     }
     return true;
-}
-
-std::string number(float value) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.7g", static_cast<double>(value));
-    return text;
-}
-
-std::string colourText(const Colour& c) {
-    return number(c.r) + ", " + number(c.g) + ", " + number(c.b);
-}
-
-std::string textFormat(const Model& model) {
-    std::ostringstream out;
-    out << "{KVLC01}\n";
-    for (const ObjMaterial& m : model.materials) {
-        out << "Material {\n";
-        out << "  name = " << m.name << ";\n";
-        out << "  diffuse = " << colourText(m.diffuse) << ";\n";
-        out << "  ambient = " << colourText(m.ambient) << ";\n";
-        out << "  specular = " << colourText(m.specular) << ";\n";
-        out << "  emissive = " << colourText(m.emissive) << ";\n";
-        if (!m.texture.empty()) {
-            out << "  texture1 = " << m.texture << ";\n";
-        }
-        out << "}\n";
-    }
-    for (const Part& part : model.parts) {
-        std::vector<Triangle> triangles = part.triangles;
-        bool single = true;
-        for (const Triangle& t : triangles) {
-            single = single && t.material == triangles[0].material;
-        }
-        // Grouped by material, the player changes its state once a group.
-        std::stable_sort(
-            triangles.begin(), triangles.end(),
-            [](const Triangle& a, const Triangle& b) { return a.material < b.material; });
-        out << "Object {\n";
-        if (single) {
-            out << "  materialmode = single;\n";
-            out << "  material = " << triangles[0].material << ";\n";
-        } else {
-            out << "  materialmode = multi;\n";
-        }
-        out << "  position = 0 0 0;\n";
-        out << "  pivot = 0 0 0;\n";
-        out << "  vertex =";
-        for (size_t i = 0; i < part.us.size(); i++) {
-            out << (i == 0 ? " " : ",\n    ") << number(part.positions[3 * i]) << ", "
-                << number(part.positions[3 * i + 1]) << ", " << number(part.positions[3 * i + 2])
-                << ", " << number(part.us[i]) << ", " << number(part.vs[i]);
-        }
-        out << ";\n";
-        out << "  polygons =";
-        for (size_t i = 0; i < triangles.size(); i++) {
-            const Triangle& t = triangles[i];
-            out << (i == 0 ? " " : ",\n    ") << t.corners[0] << ", " << t.corners[1] << ", "
-                << t.corners[2];
-            if (!single) {
-                out << ", " << t.material;
-            }
-        }
-        out << ";\n";
-        out << "}\n";
-    }
-    return out.str();
-}
-
-void putInt(std::string& out, int32_t value) {
-    uint32_t bits = static_cast<uint32_t>(value);
-    for (int i = 0; i < 4; i++) {
-        out += static_cast<char>((bits >> (8 * i)) & 0xff);
-    }
-}
-
-void putFloat(std::string& out, float value) {
-    int32_t bits;
-    std::memcpy(&bits, &value, sizeof(bits));
-    putInt(out, bits);
-}
-
-void putColour(std::string& out, const Colour& c) {
-    putFloat(out, c.r);
-    putFloat(out, c.g);
-    putFloat(out, c.b);
-    putFloat(out, 1.0f);
-}
-
-std::string binaryFormat(const Model& model) {
-    std::string out = "{KVLB01}";
-    putInt(out, static_cast<int32_t>(model.materials.size()));
-    for (const ObjMaterial& m : model.materials) {
-        out += m.name;
-        out += '\0';
-        putColour(out, m.ambient);
-        putColour(out, m.diffuse);
-        putColour(out, m.specular);
-        putColour(out, m.emissive);
-        putFloat(out, m.shine);
-    }
-    putInt(out, static_cast<int32_t>(model.parts.size()));
-    for (const Part& part : model.parts) {
-        putInt(out, static_cast<int32_t>(part.us.size()));
-        for (size_t i = 0; i < part.us.size(); i++) {
-            putFloat(out, part.positions[3 * i]);
-            putFloat(out, part.positions[3 * i + 1]);
-            putFloat(out, part.positions[3 * i + 2]);
-            putFloat(out, part.us[i]);
-            putFloat(out, part.vs[i]);
-        }
-        putInt(out, static_cast<int32_t>(part.triangles.size()));
-        for (const Triangle& t : part.triangles) {
-            for (int corner : t.corners) {
-                putInt(out, corner);
-            }
-        }
-    }
-    return out;
 }
 
 bool endsWith(const std::string& text, const std::string& end) {
@@ -490,30 +358,25 @@ int main(int argc, char** argv) {
     if (!converter.read(names[0])) {
         return 1;
     }
-    const Model& model = converter.model();
-    std::string bytes = binary ? binaryFormat(model) : textFormat(model);
-    std::ofstream out(names[1], std::ios::binary);
-    out << bytes;
-    out.close();
-    if (!out) {
+    KVL3dWriter writer;
+    bool textures = false;
+    for (const KVL3dWriter::MaterialRecord& m : converter.model().materials) {
+        writer.addMaterial(m);
+        textures = textures || !m.texture.empty();
+    }
+    for (const Part& part : converter.model().parts) {
+        writer.addObject(part.object);
+    }
+    if (!(binary ? writer.writeBinary(names[1]) : writer.writeText(names[1]))) {
         std::cerr << "objconvert: cannot write '" << names[1] << "'" << std::endl;
         return 1;
     }
 
-    size_t vertices = 0;
-    size_t triangles = 0;
-    bool textures = false;
-    for (const Part& part : model.parts) {
-        vertices += part.us.size();
-        triangles += part.triangles.size();
-    }
-    for (const ObjMaterial& m : model.materials) {
-        textures = textures || !m.texture.empty();
-    }
-    std::cout << names[1] << (binary ? " (binary)" : " (text)") << ": " << model.parts.size()
-              << " object(s), " << model.materials.size() << " material(s), " << vertices
-              << " vertices, " << triangles << " triangles" << std::endl;
-    if (binary && model.materials.size() > 1) {
+    std::cout << names[1] << (binary ? " (binary)" : " (text)") << ": " << writer.countObjects()
+              << " object(s), " << writer.countMaterials() << " material(s), "
+              << writer.countVertices() << " vertices, " << writer.countTriangles() << " triangles"
+              << std::endl;
+    if (binary && writer.countMaterials() > 1) {
         std::cerr << "objconvert: note: the player gives every object of a binary model the "
                      "first material"
                   << std::endl;
