@@ -6,7 +6,6 @@
 #include "runtime/DataObjectPool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/KVLTime.h"
-#include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 
 #include <GL/glew.h>
@@ -15,10 +14,6 @@
 #include <iostream>
 
 namespace {
-
-float floatOf(ParameterGroup* group, const char* key) {
-    return KVLUtils::string2Float(group->getParameter(key));
-}
 
 // 2.7777777 as the 32-bit float with the bits 0x4031C71C: a speed of 1 is
 // 360 degrees a second.

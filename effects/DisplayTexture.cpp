@@ -7,27 +7,9 @@
 #include "runtime/DataTexturePool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/KVLTime.h"
-#include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 
 #include <GL/glew.h>
-
-namespace {
-
-float floatOf(ParameterGroup* group, const char* key) {
-    return KVLUtils::string2Float(group->getParameter(key));
-}
-
-// Progress of a timed change: (t - start) / (end - start), with an upper
-// clamp and no lower one.
-double progressAt(unsigned int ticks, const KVLTime* start, const KVLTime* end) {
-    double from = start->getTicksAsDouble();
-    double to = end->getTicksAsDouble();
-    double progress = (static_cast<double>(ticks) - from) / (to - from);
-    return (progress > 1.0) ? 1.0 : progress;
-}
-
-} // namespace
 
 DisplayTexture::DisplayTexture()
     : rotationSpeed{0, 0, 0}, rotationAngle{0, 0, 0}, position{0, 0, 0}, scale{1, 1},
@@ -121,15 +103,15 @@ void DisplayTexture::modify(std::string method, ParameterGroup* group) {
 void DisplayTexture::draw(unsigned int ticks) {
     double frameTime = getFrameTime(ticks);
     if (fadeUpProgress != 1.0) {
-        fadeUpProgress = progressAt(ticks, fadeStart, fadeEnd);
+        fadeUpProgress = progressAt(ticks, *fadeStart, *fadeEnd);
         alpha = static_cast<float>(fadeUpProgress);
     }
     if (fadeDownProgress != 1.0) {
-        fadeDownProgress = progressAt(ticks, fadeStart, fadeEnd);
+        fadeDownProgress = progressAt(ticks, *fadeStart, *fadeEnd);
         alpha = static_cast<float>(1.0 - fadeDownProgress);
     }
     if (moveProgress != 1.0) {
-        moveProgress = progressAt(ticks, moveStart, moveEnd);
+        moveProgress = progressAt(ticks, *moveStart, *moveEnd);
         float p = static_cast<float>(moveProgress);
         for (int i = 0; i < 3; i++) {
             position[i] = moveFrom[i] * (1.0f - p) + moveTo[i] * p;

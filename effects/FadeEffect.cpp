@@ -1,7 +1,6 @@
 #include "effects/FadeEffect.h"
 
 #include "runtime/KVLTime.h"
-#include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 
 #include <GL/glew.h>
@@ -9,8 +8,8 @@
 #include <iostream>
 
 FadeEffect::FadeEffect()
-    : fadeProgress(1.0), fadeProgress2(1.0), fadeStart(new KVLTime()), fadeEnd(new KVLTime()),
-      color{0, 0, 0, 0}, fromColor{0, 0, 0, 0}, toColor{0, 0, 0, 0} {
+    : fadeProgress(1.0), fadeProgress2(1.0), fadeStart(new KVLTime()),
+      fadeEnd(new KVLTime()), color{0, 0, 0, 0}, fromColor{0, 0, 0, 0}, toColor{0, 0, 0, 0} {
     std::cout << "DisplayTexture" << std::endl;
 }
 
@@ -19,9 +18,13 @@ FadeEffect::~FadeEffect() {
     delete fadeEnd;
 }
 
-Effect* FadeEffect::getInstance() { return new FadeEffect(); }
+Effect* FadeEffect::getInstance() {
+    return new FadeEffect();
+}
 
-void FadeEffect::init() { reset(); }
+void FadeEffect::init() {
+    reset();
+}
 
 // The colours stay: a reset effect keeps showing its last colour.
 void FadeEffect::reset() {
@@ -39,26 +42,20 @@ void FadeEffect::modify(std::string method, ParameterGroup* group) {
     const char* fromKeys[4] = {"p3", "p4", "p5", "p6"};
     const char* toKeys[4] = {"p7", "p8", "p9", "p10"};
     for (int i = 0; i < 4; i++) {
-        fromColor[i] = KVLUtils::string2Float(group->getParameter(fromKeys[i]));
+        fromColor[i] = floatOf(group, fromKeys[i]);
     }
     for (int i = 0; i < 4; i++) {
-        toColor[i] = KVLUtils::string2Float(group->getParameter(toKeys[i]));
+        toColor[i] = floatOf(group, toKeys[i]);
     }
     std::cout << "fade from [" << fromColor[0] << "," << fromColor[1] << "," << fromColor[2] << ","
               << fromColor[3] << "] -> [" << toColor[0] << "," << toColor[1] << "," << toColor[2]
               << "," << toColor[3] << "]" << std::endl;
 }
 
-// Only the absolute clock counts. Progress has an upper clamp and no lower
-// one: a fade ordered ahead of its start extrapolates backwards.
+// Only the absolute clock counts.
 void FadeEffect::draw(unsigned int ticks) {
     if (fadeProgress != 1.0) {
-        double start = fadeStart->getTicksAsDouble();
-        double end = fadeEnd->getTicksAsDouble();
-        fadeProgress = (static_cast<double>(ticks) - start) / (end - start);
-        if (fadeProgress > 1.0) {
-            fadeProgress = 1.0;
-        }
+        fadeProgress = progressAt(ticks, *fadeStart, *fadeEnd);
         float p = static_cast<float>(fadeProgress);
         for (int i = 0; i < 4; i++) {
             color[i] = fromColor[i] * (1.0f - p) + toColor[i] * p;
@@ -102,6 +99,10 @@ void FadeEffect::draw(unsigned int ticks) {
     glPopMatrix();
 }
 
-double FadeEffect::getFadeProgress() const { return fadeProgress; }
+double FadeEffect::getFadeProgress() const {
+    return fadeProgress;
+}
 
-const float* FadeEffect::getColor() const { return color; }
+const float* FadeEffect::getColor() const {
+    return color;
+}

@@ -5,7 +5,6 @@
 #include "runtime/DataFBOPool.h"
 #include "runtime/DataShaderPool.h"
 #include "runtime/KVLDemosys.h"
-#include "script/KVLUtils.h"
 #include "script/ParameterGroup.h"
 
 #include <GL/glew.h>
@@ -62,11 +61,11 @@ void GlowEffect::modify(std::string method, ParameterGroup* group) {
     } else if (method == "setRenderTarget") {
         setRenderTarget(KVLDemosys::fboPool->getFBO(group->getParameter("p2")));
     } else if (method == "setContrast") {
-        contrast = KVLUtils::string2Float(group->getParameter("p2"));
+        contrast = floatOf(group, "p2");
     } else if (method == "setBrightness") {
-        brightness = KVLUtils::string2Float(group->getParameter("p2"));
+        brightness = floatOf(group, "p2");
     } else if (method == "setGlowMagnitude") {
-        glowMagnitude = KVLUtils::string2Float(group->getParameter("p2"));
+        glowMagnitude = floatOf(group, "p2");
     }
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 class FrameBufferObject;
+class KVLTime;
 class ParameterGroup;
 
 // Base of every scene. The base operations do nothing, so a scene overrides
@@ -37,6 +38,14 @@ public:
     double getModifyTime(unsigned int ticks) const;
 
 protected:
+    // A value of the group read as a float, the way every effect reads its
+    // numbers.
+    static float floatOf(const ParameterGroup* group, const std::string& key);
+    // Progress of a timed change at the clock's ticks: (t - start) / (end -
+    // start), with an upper clamp at 1.0 and no lower one, so a change
+    // ordered ahead of its start extrapolates backwards.
+    static double progressAt(unsigned int ticks, const KVLTime& start, const KVLTime& end);
+
     ParameterGroup* parameters;
     unsigned int startTime;
     unsigned int modifyTime;

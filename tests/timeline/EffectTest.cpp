@@ -1,5 +1,8 @@
 #include "timeline/Effect.h"
 
+#include "runtime/KVLTime.h"
+#include "script/ParameterGroup.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -70,4 +73,31 @@ TEST(Effect, GetInstanceGivesANewObject) {
     std::unique_ptr<Effect> instance(effect.getInstance());
     ASSERT_NE(nullptr, instance);
     EXPECT_NE(&effect, instance.get());
+}
+
+namespace {
+
+// Opens the helpers that the effects share.
+class HelperEffect : public Effect {
+public:
+    using Effect::floatOf;
+    using Effect::progressAt;
+};
+
+} // namespace
+
+TEST(Effect, TimedChangeProgressStopsAtOneButRunsBelowZero) {
+    KVLTime start(0, 2, 0);
+    KVLTime end(0, 4, 0);
+    EXPECT_DOUBLE_EQ(0.25, HelperEffect::progressAt(2500, start, end));
+    EXPECT_DOUBLE_EQ(1.0, HelperEffect::progressAt(9000, start, end));
+    EXPECT_DOUBLE_EQ(-0.5, HelperEffect::progressAt(1000, start, end));
+}
+
+TEST(Effect, ParameterReadsAsAFloatAndTextThatIsNoNumberAsZero) {
+    ParameterGroup group;
+    group.addParameter("p2", "-1.5");
+    group.addParameter("p3", "fast");
+    EXPECT_FLOAT_EQ(-1.5f, HelperEffect::floatOf(&group, "p2"));
+    EXPECT_FLOAT_EQ(0.0f, HelperEffect::floatOf(&group, "p3"));
 }
