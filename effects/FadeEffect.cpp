@@ -1,5 +1,6 @@
 #include "effects/FadeEffect.h"
 
+#include "graphics/ScreenQuad.h"
 #include "runtime/KVLTime.h"
 #include "script/ParameterGroup.h"
 
@@ -61,12 +62,7 @@ void FadeEffect::draw(unsigned int ticks) {
             color[i] = fromColor[i] * (1.0f - p) + toColor[i] * p;
         }
     }
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
+    ScreenQuad::pushIdentities();
 
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
@@ -93,10 +89,7 @@ void FadeEffect::draw(unsigned int ticks) {
     glDisable(GL_BLEND);
     glDisable(GL_ALPHA_TEST);
     glDisable(GL_COLOR_MATERIAL);
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
+    ScreenQuad::popIdentities();
 }
 
 double FadeEffect::getFadeProgress() const {

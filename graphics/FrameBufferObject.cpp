@@ -1,5 +1,6 @@
 #include "graphics/FrameBufferObject.h"
 
+#include "graphics/ScreenQuad.h"
 #include "graphics/Texture.h"
 #include "runtime/KVLDemosys.h"
 #include "script/KVLUtils.h"
@@ -102,33 +103,16 @@ void FrameBufferObject::draw() {
     }
     GLint mode = GL_MODELVIEW;
     glGetIntegerv(GL_MATRIX_MODE, &mode);
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
+    ScreenQuad::pushIdentities();
 
     colorBuffer->bind();
     // These stay on the texture after the call.
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-    glBegin(GL_QUADS);
-    glTexCoord2d(0, 0);
-    glVertex2f(-1, -1);
-    glTexCoord2d(1, 0);
-    glVertex2f(1, -1);
-    glTexCoord2d(1, 1);
-    glVertex2f(1, 1);
-    glTexCoord2d(0, 1);
-    glVertex2f(-1, 1);
-    glEnd();
+    ScreenQuad::draw();
     colorBuffer->release();
 
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
+    ScreenQuad::popIdentities();
     glMatrixMode(static_cast<GLenum>(mode));
 }
 

@@ -1,5 +1,6 @@
 #include "graphics/Texture.h"
 
+#include "graphics/ScreenQuad.h"
 #include "script/KVLUtils.h"
 
 #include <GL/glew.h>
@@ -115,60 +116,27 @@ void Texture::release() {
     glDisable(type);
 }
 
-namespace {
-
-void pushIdentities() {
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-}
-
-void popBoth() {
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
-}
-
-void fullScreenQuad() {
-    glBegin(GL_QUADS);
-    glTexCoord2d(0, 0);
-    glVertex2f(-1, -1);
-    glTexCoord2d(1, 0);
-    glVertex2f(1, -1);
-    glTexCoord2d(1, 1);
-    glVertex2f(1, 1);
-    glTexCoord2d(0, 1);
-    glVertex2f(-1, 1);
-    glEnd();
-}
-
-} // namespace
-
 // Depth test, blending and colour are left as they are.
 void Texture::drawQuadFS() {
-    pushIdentities();
+    ScreenQuad::pushIdentities();
     bind();
-    fullScreenQuad();
+    ScreenQuad::draw();
     glDisable(type);
-    popBoth();
+    ScreenQuad::popIdentities();
 }
 
 // The alpha test stays enabled after the call, and the depth test ends
 // enabled whatever it was before.
 void Texture::drawQuadBlendFS(unsigned int src, unsigned int dst) {
-    pushIdentities();
+    ScreenQuad::pushIdentities();
     glEnable(GL_BLEND);
     glBlendFunc(src, dst);
     glEnable(GL_ALPHA_TEST);
     glAlphaFunc(GL_GREATER, 0);
     bind();
     glDisable(GL_DEPTH_TEST);
-    fullScreenQuad();
-    popBoth();
+    ScreenQuad::draw();
+    ScreenQuad::popIdentities();
     glEnable(GL_DEPTH_TEST);
     glDisable(GL_TEXTURE_2D);
     glDisable(GL_BLEND);
