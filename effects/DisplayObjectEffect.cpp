@@ -88,15 +88,9 @@ void DisplayObjectEffect::reset() {
 
 void DisplayObjectEffect::init() {
     reset();
-    position[0] = floatOf(parameters, "xpos");
-    position[1] = floatOf(parameters, "ypos");
-    position[2] = floatOf(parameters, "zpos");
-    rotationSpeed[0] = floatOf(parameters, "xrot");
-    rotationSpeed[1] = floatOf(parameters, "yrot");
-    rotationSpeed[2] = floatOf(parameters, "zrot");
-    rotationCenter[0] = floatOf(parameters, "rcx");
-    rotationCenter[1] = floatOf(parameters, "rcy");
-    rotationCenter[2] = floatOf(parameters, "rcz");
+    floatsOf(parameters, {"xpos", "ypos", "zpos"}, position);
+    floatsOf(parameters, {"xrot", "yrot", "zrot"}, rotationSpeed);
+    floatsOf(parameters, {"rcx", "rcy", "rcz"}, rotationCenter);
     scene = KVLDemosys::objectPool->getObject(parameters->getParameter("object"));
     shading = shadingCode(parameters->getParameter("shading"));
     if (parameters->exist("scale")) {
@@ -137,24 +131,18 @@ void DisplayObjectEffect::modify(std::string method, ParameterGroup* group) {
             scene = objectPool()->getObject(name);
         }
     } else if (method == "setRotation") {
-        rotationSpeed[0] = floatOf(group, "p2");
-        rotationSpeed[1] = floatOf(group, "p3");
-        rotationSpeed[2] = floatOf(group, "p4");
+        floatsOf(group, {"p2", "p3", "p4"}, rotationSpeed);
         std::cout << "setRotation(" << rotationSpeed[0] << "," << rotationSpeed[1] << ","
                   << rotationSpeed[2] << ")" << std::endl;
     } else if (method == "setPosition") {
-        position[0] = floatOf(group, "p2");
-        position[1] = floatOf(group, "p3");
-        position[2] = floatOf(group, "p4");
+        floatsOf(group, {"p2", "p3", "p4"}, position);
     } else if (method == "moveTo") {
         moveProgress = 0.0f;
         for (int i = 0; i < 3; i++) {
             moveFrom[i] = position[i];
         }
         moveEndTicks = KVLTime(group->getParameter("p2")).getTicks();
-        moveTo[0] = floatOf(group, "p3");
-        moveTo[1] = floatOf(group, "p4");
-        moveTo[2] = floatOf(group, "p5");
+        floatsOf(group, {"p3", "p4", "p5"}, moveTo);
     }
 }
 

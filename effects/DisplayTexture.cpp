@@ -39,15 +39,10 @@ void DisplayTexture::reset() {
 
 void DisplayTexture::init() {
     reset();
-    position[0] = floatOf(parameters, "xpos");
-    position[1] = floatOf(parameters, "ypos");
-    position[2] = floatOf(parameters, "zpos");
-    rotationSpeed[0] = floatOf(parameters, "xrot");
-    rotationSpeed[1] = floatOf(parameters, "yrot");
-    rotationSpeed[2] = floatOf(parameters, "zrot");
+    floatsOf(parameters, {"xpos", "ypos", "zpos"}, position);
+    floatsOf(parameters, {"xrot", "yrot", "zrot"}, rotationSpeed);
     texture = KVLDemosys::texturePool->getTexture(parameters->getParameter("texture"));
-    scale[0] = floatOf(parameters, "xscale");
-    scale[1] = floatOf(parameters, "yscale");
+    floatsOf(parameters, {"xscale", "yscale"}, scale);
     std::string blend = parameters->getParameter("alphablend");
     alphaBlend = (blend == "1" || blend == "true");
     alpha = 1.0f;
@@ -77,24 +72,17 @@ void DisplayTexture::modify(std::string method, ParameterGroup* group) {
         }
         moveStart->setTimeAsString(group->getParameter("p1"));
         moveEnd->setTimeAsString(group->getParameter("p2"));
-        moveTo[0] = floatOf(group, "p3");
-        moveTo[1] = floatOf(group, "p4");
-        moveTo[2] = floatOf(group, "p5");
+        floatsOf(group, {"p3", "p4", "p5"}, moveTo);
     } else if (method == "setScaleValue") {
-        scale[0] = floatOf(group, "p2");
-        scale[1] = floatOf(group, "p3");
+        floatsOf(group, {"p2", "p3"}, scale);
     } else if (method == "setTexture") {
         DataTexturePool* textures =
             static_cast<DataTexturePool*>(KVLDemosys::data->getData("texturePool"));
         texture = textures->getTexture(group->getParameter("p2"));
     } else if (method == "setRotation") {
-        rotationSpeed[0] = floatOf(group, "p2");
-        rotationSpeed[1] = floatOf(group, "p3");
-        rotationSpeed[2] = floatOf(group, "p4");
+        floatsOf(group, {"p2", "p3", "p4"}, rotationSpeed);
     } else if (method == "setPosition") {
-        position[0] = floatOf(group, "p2");
-        position[1] = floatOf(group, "p3");
-        position[2] = floatOf(group, "p4");
+        floatsOf(group, {"p2", "p3", "p4"}, position);
     } else if (method == "setTransparency") {
         alpha = floatOf(group, "p2");
     }

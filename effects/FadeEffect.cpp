@@ -40,14 +40,8 @@ void FadeEffect::modify(std::string method, ParameterGroup* group) {
     fadeProgress = 0.0;
     fadeStart->setTimeAsString(group->getParameter("p1"));
     fadeEnd->setTimeAsString(group->getParameter("p2"));
-    const char* fromKeys[4] = {"p3", "p4", "p5", "p6"};
-    const char* toKeys[4] = {"p7", "p8", "p9", "p10"};
-    for (int i = 0; i < 4; i++) {
-        fromColor[i] = floatOf(group, fromKeys[i]);
-    }
-    for (int i = 0; i < 4; i++) {
-        toColor[i] = floatOf(group, toKeys[i]);
-    }
+    floatsOf(group, {"p3", "p4", "p5", "p6"}, fromColor);
+    floatsOf(group, {"p7", "p8", "p9", "p10"}, toColor);
     std::cout << "fade from [" << fromColor[0] << "," << fromColor[1] << "," << fromColor[2] << ","
               << fromColor[3] << "] -> [" << toColor[0] << "," << toColor[1] << "," << toColor[2]
               << "," << toColor[3] << "]" << std::endl;

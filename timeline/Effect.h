@@ -1,6 +1,7 @@
 #ifndef KVL_EFFECT_H
 #define KVL_EFFECT_H
 
+#include <cstddef>
 #include <string>
 
 class FrameBufferObject;
@@ -41,6 +42,14 @@ protected:
     // A value of the group read as a float, the way every effect reads its
     // numbers.
     static float floatOf(const ParameterGroup* group, const std::string& key);
+    // The values of the keys in turn: values[0] from keys[0] and so on.
+    template <std::size_t N>
+    static void floatsOf(const ParameterGroup* group, const char* const (&keys)[N],
+                         float (&values)[N]) {
+        for (std::size_t i = 0; i < N; i++) {
+            values[i] = floatOf(group, keys[i]);
+        }
+    }
     // Progress of a timed change at the clock's ticks: (t - start) / (end -
     // start), with an upper clamp at 1.0 and no lower one, so a change
     // ordered ahead of its start extrapolates backwards.

@@ -81,6 +81,7 @@ namespace {
 class HelperEffect : public Effect {
 public:
     using Effect::floatOf;
+    using Effect::floatsOf;
     using Effect::progressAt;
 };
 
@@ -100,4 +101,16 @@ TEST(Effect, ParameterReadsAsAFloatAndTextThatIsNoNumberAsZero) {
     group.addParameter("p3", "fast");
     EXPECT_FLOAT_EQ(-1.5f, HelperEffect::floatOf(&group, "p2"));
     EXPECT_FLOAT_EQ(0.0f, HelperEffect::floatOf(&group, "p3"));
+}
+
+TEST(Effect, KeysReadInTurnIntoTheValues) {
+    ParameterGroup group;
+    group.addParameter("xpos", "1");
+    group.addParameter("ypos", "-2.5");
+    group.addParameter("zpos", "0.25");
+    float values[3] = {9, 9, 9};
+    HelperEffect::floatsOf(&group, {"xpos", "ypos", "zpos"}, values);
+    EXPECT_FLOAT_EQ(1.0f, values[0]);
+    EXPECT_FLOAT_EQ(-2.5f, values[1]);
+    EXPECT_FLOAT_EQ(0.25f, values[2]);
 }
