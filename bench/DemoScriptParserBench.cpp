@@ -1,3 +1,4 @@
+#include "bench/QuietStreams.h"
 #include "runtime/Data.h"
 #include "runtime/DataEffectPool.h"
 #include "runtime/DataEventPool.h"
@@ -17,9 +18,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -46,27 +45,6 @@ const char* const BENCH_DEFINITION =
     "}\n";
 
 const int OBJECTS = 4;
-
-// Swallows the parser's log while it is measured.
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int c) override { return c; }
-    std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
-};
-
-class QuietStreams {
-public:
-    QuietStreams() : out(std::cout.rdbuf(&sink)), err(std::cerr.rdbuf(&sink)) {}
-    ~QuietStreams() {
-        std::cout.rdbuf(out);
-        std::cerr.rdbuf(err);
-    }
-
-private:
-    NullBuffer sink;
-    std::streambuf* out;
-    std::streambuf* err;
-};
 
 void writeFile(const std::filesystem::path& path, const std::string& text) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
@@ -195,7 +173,8 @@ private:
 
 void BM_DemoScriptParse(benchmark::State& state) {
     const int statements = static_cast<int>(state.range(0));
-    QuietStreams quiet;
+    // The parser's log, errors included, is not measured.
+    QuietStreams quiet(true);
     ParserWorld world(statements);
     for (auto _ : state) {
         DemoScriptParser parser(world.script);

@@ -3,6 +3,7 @@
 // screen, and the render buffer emptied for the next frame. Each frame ends
 // with glFinish, so the time is the GL work and not only its submission.
 // Needs an X server with GLX (xvfb-run around the binary).
+#include "bench/QuietStreams.h"
 #include "effects/GlowEffect.h"
 #include "graphics/FrameBufferObject.h"
 #include "graphics/Shader.h"
@@ -17,8 +18,6 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
-#include <iostream>
-#include <sstream>
 #include <string>
 
 namespace {
@@ -55,12 +54,10 @@ void paintScene(FrameBufferObject* target, int frame) {
 }
 
 void GlowChainFrame800x600(benchmark::State& state) {
-    std::ostringstream discarded;
-    std::streambuf* console = std::cout.rdbuf(discarded.rdbuf());
+    QuietStreams quiet;
     KVLDemosys::resetState();
     if (!KVLDemosys::screenOpen(WIDTH, HEIGHT, 32, 1, 0) || glewInit() != GLEW_OK ||
         !GLEW_VERSION_2_0) {
-        std::cout.rdbuf(console);
         state.SkipWithError("no OpenGL 2.0 window: run under xvfb-run");
         SDL_Quit();
         return;
@@ -70,7 +67,6 @@ void GlowChainFrame800x600(benchmark::State& state) {
     Shader* blur = loadShader("blur");
     Shader* brightpass = loadShader("brightpass");
     if (blur == nullptr || brightpass == nullptr) {
-        std::cout.rdbuf(console);
         state.SkipWithError("the production's glow shaders do not build");
         SDL_Quit();
         return;
@@ -116,7 +112,6 @@ void GlowChainFrame800x600(benchmark::State& state) {
     KVLDemosys::fboPool = nullptr;
     SDL_Quit();
     KVLDemosys::resetState();
-    std::cout.rdbuf(console);
 }
 
 } // namespace

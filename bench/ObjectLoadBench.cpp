@@ -1,3 +1,4 @@
+#include "bench/QuietStreams.h"
 #include "objects/KVL3dWriter.h"
 #include "objects/O3dScene.h"
 #include "objects/ObjectParser.h"
@@ -5,8 +6,6 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
-#include <iostream>
-#include <streambuf>
 #include <string>
 
 // Loading one model of 100,000 triangles in each of the two model formats,
@@ -19,25 +18,6 @@ namespace {
 // vertices.
 const int COLUMNS = 250;
 const int ROWS = 200;
-
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int c) override { return c; }
-    std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
-};
-
-// Swallows the readers' log while they are measured.
-class QuietStreams {
-public:
-    QuietStreams() : out(std::cout.rdbuf(&sink)) {}
-    ~QuietStreams() { std::cout.rdbuf(out); }
-    QuietStreams(const QuietStreams&) = delete;
-    QuietStreams& operator=(const QuietStreams&) = delete;
-
-private:
-    NullBuffer sink;
-    std::streambuf* out;
-};
 
 KVL3dWriter sheetModel() {
     KVL3dWriter::ObjectRecord sheet;
