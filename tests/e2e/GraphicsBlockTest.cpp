@@ -1,14 +1,13 @@
+#include "e2e/PlayerLog.h"
 #include "script/KVLUtils.h"
 #include "support/PlayerProcess.h"
 #include "support/PngWriter.h"
+#include "support/ProductionScript.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdint>
 #include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,60 +17,19 @@
 
 namespace {
 
-std::string script(const std::string& graphics, const std::string& stop = "00:00:300") {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "gfx = resources/graphics/; sound = resources/music/; }\n"
-           "system { start = 00:00:000; stop = " +
-           stop +
-           "; }\n"
-           "screen { width = 320; height = 240; bpp = 32; fullscreen = 0; near = 1.0; "
-           "far = 100.0; }\n"
-           "sound { play = 0; }\n"
-           "graphics { " +
-           graphics +
-           " }\n"
-           "fade * FadeEffect { ; }\n"
-           "timeline {\nfade.start(00:00:000, 10);\n}\n";
-}
-
-struct PlayerRun {
-    int code = -1;
-    std::vector<std::string> lines;
-};
-
 PlayerRun runWith(const std::string& graphics) {
     TempDir dir;
     dir.copyFromSource("resources/definitions");
     dir.copyFromSource("resources/graphics/kvllogo.png");
     dir.copyFromSource("resources/graphics/sysicon_pause.png");
-    dir.write("resources/scripts/demoscript.txt", script(graphics));
-    PlayerRun run;
-    run.code = runPlayer(dir.path(), {}, &run.lines, 60);
-    return run;
-}
-
-int indexOf(const std::vector<std::string>& lines, const std::string& line, int from = 0) {
-    auto found = std::find(lines.begin() + std::min<size_t>(from, lines.size()), lines.end(), line);
-    return (found == lines.end()) ? -1 : static_cast<int>(found - lines.begin());
-}
-
-std::string allLines(const std::vector<std::string>& lines) {
-    std::ostringstream text;
-    for (size_t i = 0; i < lines.size(); i++) {
-        text << i << ": " << lines[i].substr(0, 160) << "\n";
-    }
-    return text.str();
-}
-
-// The lines from "[Loading Graphics]" on, as many as `expected` has.
-std::vector<std::string> fromGraphicsHeader(const std::vector<std::string>& lines, size_t count) {
-    int header = indexOf(lines, "[Loading Graphics]");
-    if (header < 0) {
-        return {};
-    }
-    size_t end = std::min(lines.size(), header + count);
-    return std::vector<std::string>(lines.begin() + header, lines.begin() + end);
+    ProductionScript script;
+    script.paths = "definition = resources/definitions/; misc = resources/misc/; "
+                   "gfx = resources/graphics/; sound = resources/music/;";
+    script.system = "start = 00:00:000; stop = 00:00:300;";
+    script.screen = SCREEN;
+    script.blocks = "graphics { " + graphics + " }";
+    script.writeTo(dir);
+    return runToEnd(dir.path());
 }
 
 // A failed load ends its graphics block, shuts down and prints the loader's
@@ -81,15 +39,13 @@ std::vector<std::string> failedBlock(const std::vector<std::string>& loads,
     std::vector<std::string> lines{"[Loading Graphics]"};
     lines.insert(lines.end(), loads.begin(), loads.end());
     lines.push_back("[Shutting Down]");
-    std::vector<std::string> once = splitLines("ResourceLoader:\nMessage :\n" + message + "\n\n");
-    lines.insert(lines.end(), once.begin(), once.end());
-    lines.insert(lines.end(), once.begin(), once.end());
-    return lines;
+    return lines + loaderMessageTwice(message);
 }
 
 void expectFailure(const PlayerRun& run, const std::vector<std::string>& expected) {
     ASSERT_EQ(0, run.code) << allLines(run.lines);
-    EXPECT_EQ(expected, fromGraphicsHeader(run.lines, expected.size())) << allLines(run.lines);
+    EXPECT_EQ(expected, linesFrom(run.lines, "[Loading Graphics]", expected.size()))
+        << allLines(run.lines);
     EXPECT_EQ(-1, indexOf(run.lines, "[Loading Binary Data]"));
     EXPECT_EQ(-1, indexOf(run.lines, "[Create effect objects]"));
     EXPECT_NE(-1, indexOf(run.lines, "[Application End]"));
@@ -135,7 +91,8 @@ TEST(PlayerGraphicsBlock, LoadedPicturesStandInTheReportAndAreFreedAtTheEnd) {
         "[GL_ERROR] 'invalid enumerant' in ->resources/graphics/sysicon_pause.png",
         "[Loading Binary Data]",
     };
-    EXPECT_EQ(expected, fromGraphicsHeader(run.lines, expected.size())) << allLines(run.lines);
+    EXPECT_EQ(expected, linesFrom(run.lines, "[Loading Graphics]", expected.size()))
+        << allLines(run.lines);
     EXPECT_NE(-1, indexOf(run.lines, "[Application End]"));
 
     // The report: both textures with their base levels and file sizes.

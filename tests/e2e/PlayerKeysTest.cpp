@@ -1,4 +1,6 @@
+#include "support/LogLines.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -11,20 +13,6 @@
 
 namespace {
 
-bool startsWith(const std::string& text, const std::string& prefix) {
-    return text.compare(0, prefix.size(), prefix) == 0;
-}
-
-// Index of the first line at or after `from` that starts with `prefix`, or -1.
-int findLine(const std::vector<std::string>& lines, const std::string& prefix, int from = 0) {
-    for (int i = from; i < static_cast<int>(lines.size()); i++) {
-        if (startsWith(lines[i], prefix)) {
-            return i;
-        }
-    }
-    return -1;
-}
-
 void pauseFor(int milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
@@ -33,11 +21,12 @@ void pauseFor(int milliseconds) {
 // music, no effects.
 void writeQuietScript(const TempDir& dir) {
     dir.copyFromSource("resources/definitions");
-    dir.write("resources/scripts/demoscript.txt", "{KVLDS1}\n"
-                                                  "paths { definition = resources/definitions/; sound = resources/music/; }\n"
-                                                  "system { start = 00:00:000; }\n"
-                                                  "screen { width = 320; height = 240; }\n"
-                                                  "sound { play = 0; }\n");
+    ProductionScript script;
+    script.paths = "definition = resources/definitions/; sound = resources/music/;";
+    script.screen = "width = 320; height = 240;";
+    script.effects = "";
+    script.timeline = "";
+    script.writeTo(dir);
 }
 
 } // namespace
@@ -102,7 +91,8 @@ TEST(PlayerKeys, FailedLoadRunsNoFrameAndStillReportsAndExitsZero) {
     EXPECT_EQ(-1, findLine(lines, "FPS = "));
     int shutting = findLine(lines, "[Shutting Down]");
     ASSERT_GE(shutting, 0);
-    EXPECT_GE(findLine(lines, "Failed to open screen : 320x240 bpp=32 fullscreen=windowed", shutting), 0);
+    EXPECT_GE(
+        findLine(lines, "Failed to open screen : 320x240 bpp=32 fullscreen=windowed", shutting), 0);
     EXPECT_GE(findLine(lines, "Failed to set screenmode!", shutting), 0);
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ("KVLDemosys::shutdown()", lines[lines.size() - 2]);

@@ -1,16 +1,16 @@
+#include "e2e/PlayerLog.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,28 +24,8 @@ namespace {
 
 // The effect templates the player registers, in name order. They show in the
 // parser's list, in the template pool of the report and in its disposal.
-const std::vector<std::string> TEMPLATES = {"DisplayObject", "DisplayTexture", "FadeEffect", "GlowEffect"};
-
-const std::string RULE(64, '#');
-
-bool startsWith(const std::string& text, const std::string& prefix) {
-    return text.compare(0, prefix.size(), prefix) == 0;
-}
-
-int findLine(const std::vector<std::string>& lines, const std::string& prefix, int from = 0) {
-    for (int i = from; i < static_cast<int>(lines.size()); i++) {
-        if (startsWith(lines[i], prefix)) {
-            return i;
-        }
-    }
-    return -1;
-}
-
-std::vector<std::string> operator+(std::vector<std::string> first,
-                                   const std::vector<std::string>& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
+const std::vector<std::string> TEMPLATES = {"DisplayObject", "DisplayTexture", "FadeEffect",
+                                            "GlowEffect"};
 
 // The ticks of a log time "(0000001501)-[00:01:501]" at the end of a line.
 long ticksOf(const std::string& line) {
@@ -56,112 +36,17 @@ long ticksOf(const std::string& line) {
     return std::strtol(line.substr(open + 1, 10).c_str(), nullptr, 10);
 }
 
-// What a log must look like, step by step: exact lines, lines of a known
-// start, one line of any text, or a stretch of lines up to a given one that
-// other parts of the player fill.
-class ExpectedLog {
-public:
-    ExpectedLog& line(const std::string& text) { return add(EXACT, text); }
-    ExpectedLog& lines(const std::vector<std::string>& texts) {
-        for (const std::string& text : texts) {
-            line(text);
-        }
-        return *this;
-    }
-    ExpectedLog& startingWith(const std::string& prefix) { return add(PREFIX, prefix); }
-    ExpectedLog& anyLine() { return add(ANY, ""); }
-    ExpectedLog& skipTo(const std::string& text) { return add(SKIP_TO, text); }
-
-    // The whole log, to its last line.
-    testing::AssertionResult matches(const std::vector<std::string>& log) const {
-        size_t at = 0;
-        for (size_t s = 0; s < steps.size(); s++) {
-            const Step& step = steps[s];
-            if (step.kind == SKIP_TO) {
-                auto found =
-                    std::find(log.begin() + std::min(at, log.size()), log.end(), step.text);
-                if (found == log.end()) {
-                    return failure(log, at, "a later line '" + step.text + "'");
-                }
-                at = static_cast<size_t>(found - log.begin()) + 1;
-                continue;
-            }
-            if (at >= log.size()) {
-                return failure(log, at, describe(step) + " after the end of the log");
-            }
-            bool ok = (step.kind == ANY) || (step.kind == EXACT && log[at] == step.text) ||
-                      (step.kind == PREFIX && startsWith(log[at], step.text));
-            if (!ok) {
-                return failure(log, at, describe(step));
-            }
-            at++;
-        }
-        if (at != log.size()) {
-            return failure(log, at, "the end of the log");
-        }
-        return testing::AssertionSuccess();
-    }
-
-private:
-    enum Kind { EXACT, PREFIX, ANY, SKIP_TO };
-    struct Step {
-        Kind kind;
-        std::string text;
-    };
-
-    ExpectedLog& add(Kind kind, const std::string& text) {
-        steps.push_back({kind, text});
-        return *this;
-    }
-
-    static std::string describe(const Step& step) {
-        switch (step.kind) {
-        case EXACT:
-            return "the line '" + step.text + "'";
-        case PREFIX:
-            return "a line starting with '" + step.text + "'";
-        default:
-            return "any line";
-        }
-    }
-
-    static testing::AssertionResult failure(const std::vector<std::string>& log, size_t at,
-                                            const std::string& wanted) {
-        std::ostringstream text;
-        text << "expected " << wanted << " at line " << at << "; the log around it:\n";
-        size_t first = (at > 8) ? at - 8 : 0;
-        for (size_t i = first; i < log.size() && i < at + 8; i++) {
-            std::string shown = log[i].substr(0, 120);
-            text << (i == at ? ">> " : "   ") << i << ": " << shown << "\n";
-        }
-        return testing::AssertionFailure() << text.str();
-    }
-
-    std::vector<Step> steps;
-};
-
-// The parts of a production script. Every key of "screen" is given, so the
-// report does not depend on the defaults of the definition files.
-struct Script {
-    std::string system = "start = 00:00:000; stop = 00:01:500;";
-    std::string screen =
-        "width = 320; height = 240; bpp = 32; fullscreen = 0; near = 1.0; far = 100.0;";
-    std::string sound = "file = kvltheme.ogg; play = 1;";
-    std::string header = "{KVLDS1}";
-    std::string extra;
-    std::string objects = "fade * FadeEffect { ; }";
-    std::string timeline =
-        "fade.start(00:00:000, 10);\n"
-        "fade.fade(00:00:100, 00:01:000, 0.0, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 0.5);";
-
-    std::string text() const {
-        return header + "\n// a small production\n" +
-               "paths { definition = resources/definitions/; misc = resources/misc/; "
-               "sound = resources/music/; }\n" +
-               "system { " + system + " }\n" + "screen { " + screen + " }\n" + "sound { " + sound +
-               " }\n" + extra + "\n" + objects + "\n" + "timeline {\n" + timeline + "\n}\n";
-    }
-};
+// One fade over the production's music. Every key of "screen" is given, so
+// the report does not depend on the defaults of the definition files.
+ProductionScript fadeWithMusic() {
+    ProductionScript script;
+    script.system = "start = 00:00:000; stop = 00:01:500;";
+    script.screen = SCREEN;
+    script.sound = "file = kvltheme.ogg; play = 1;";
+    script.timeline = "fade.start(00:00:000, 10);\n"
+                      "fade.fade(00:00:100, 00:01:000, 0.0, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 0.5);";
+    return script;
+}
 
 void writeLittleEndian(std::ofstream& out, uint32_t value, int bytes) {
     for (int i = 0; i < bytes; i++) {
@@ -207,25 +92,10 @@ void provideMusic(const TempDir& dir) {
     ASSERT_EQ(0, std::system(command.c_str())) << "cannot make an OGG file with oggenc";
 }
 
-void writeProduction(const TempDir& dir, const Script& script) {
+void writeProduction(const TempDir& dir, const ProductionScript& script) {
     dir.copyFromSource("resources/definitions");
     provideMusic(dir);
-    dir.write("resources/scripts/demoscript.txt", script.text());
-}
-
-struct PlayerRun {
-    int code;
-    std::vector<std::string> lines;
-    std::string errors;
-};
-
-PlayerRun runToEnd(const TempDir& dir, std::vector<std::string> arguments = {}) {
-    PlayerProcess player(dir.path(), std::move(arguments));
-    PlayerRun run;
-    run.code = player.waitForExit(60);
-    run.lines = player.outputLines();
-    run.errors = player.errorOutput();
-    return run;
+    script.writeTo(dir);
 }
 
 // ---------------------------------------------------------------- pieces
@@ -276,68 +146,6 @@ void expectEffectsAndTimeline(ExpectedLog& log, const std::string& start) {
         .line("[Demo Init]");
 }
 
-// The closing text of a failed loader: printed, then shown once more.
-std::vector<std::string> loaderMessageTwice(const std::string& message) {
-    std::vector<std::string> once = splitLines("ResourceLoader:\nMessage :\n" + message + "\n\n");
-    return once + once;
-}
-
-std::vector<std::string> group(const std::string& name, const std::vector<std::string>& entries) {
-    std::vector<std::string> lines{name + " {"};
-    for (const std::string& entry : entries) {
-        lines.push_back("    " + entry + ";");
-    }
-    lines.push_back("}");
-    return lines;
-}
-
-std::vector<std::string> systemParameters(const std::string& soundFile, const std::string& play,
-                                          const std::vector<std::string>& system) {
-    return group("paths", {"definition = resources/definitions/", "misc = resources/misc/",
-                           "sound = resources/music/"}) +
-           group("screen", {"bpp = 32", "far = 100.0", "fullscreen = 0", "height = 240",
-                            "near = 1.0", "width = 320"}) +
-           group("sound", {"file = " + soundFile, "play = " + play}) + group("system", system);
-}
-
-const std::vector<std::string> FADE_PARAMETERS = {"fade {", "    class = FadeEffect;", "}"};
-
-// The pools section: `effects` are the effect objects made, `binaries` the
-// lines of the binary pool.
-std::vector<std::string> dataPools(const std::vector<std::string>& effects,
-                                   const std::vector<std::string>& binaries = {}) {
-    std::vector<std::string> lines{"Shaders in pool : 0", "AnimationPool {", "}",
-                                   "DataBinaryPool {",
-                                   "    num3dObjects = " + std::to_string(binaries.size())};
-    lines = lines + binaries + std::vector<std::string>{"}", "EffectPool {"};
-    for (const std::string& name : effects) {
-        lines.push_back("    " + name + " = Effect");
-    }
-    lines = lines + std::vector<std::string>{"}", "EffectPool {"};
-    for (const std::string& name : TEMPLATES) {
-        lines.push_back("    " + name + " = Effect");
-    }
-    return lines + std::vector<std::string>{"}",
-                                            "EventPool {",
-                                            "    modify = EventModifyEffect {  }",
-                                            "    start = EventStartEffect {  }",
-                                            "    stop = EventStopEffect {  }",
-                                            "}",
-                                            "FBOPool {",
-                                            "}",
-                                            "DataObjectPool {",
-                                            "    num3dObjects = 0",
-                                            "}",
-                                            "ShaderPool {",
-                                            "<Empty>",
-                                            "}",
-                                            "DataTexturePool {",
-                                            "    total memory size : 0 mb - 0 bytes",
-                                            "    total file size : 0 mb - 0 bytes",
-                                            "    numTextures = 0",
-                                            "}"};
-}
-
 // The timeline section of the default script, with the empty line that ends it.
 const std::vector<std::string> FADE_TIMELINE = {"(0000000000)-[00:00:000] = EventStartEffect {",
                                                 "parameters {",
@@ -366,78 +174,14 @@ const std::vector<std::string> FADE_TIMELINE = {"(0000000000)-[00:00:000] = Even
 
 const std::vector<std::string> NO_DATA = {"No Data"};
 
-std::vector<std::string> report(const std::vector<std::string>& system,
-                                const std::vector<std::string>& effects,
-                                const std::vector<std::string>& pools,
-                                const std::vector<std::string>& timeline) {
-    std::vector<std::string> lines = {
-        RULE, "# Resources                                                    #", RULE,
-        "--------------------- System parameters ------------------------"};
-    lines = lines + system;
-    lines.push_back("--------------------- Effects parameters -----------------------");
-    lines = lines + effects;
-    lines.push_back("--------------------- DataPools --------------------------------");
-    lines = lines + pools;
-    lines.push_back("--------------------- Timeline ---------------------------------");
-    lines = lines + timeline;
-    lines.push_back(RULE);
-    return lines;
-}
-
-// From the end of the report to the last line: the parser's definitions go
-// first, then the stores, pools, timeline and action pool in that order.
-void expectDisposal(ExpectedLog& log, const std::vector<std::string>& effects,
-                    const std::vector<std::string>& binaries, bool timeline, bool extensions) {
-    log.skipTo("[Deleting Pools]")
-        .line("delete KVLDemosys::parameters")
-        .line("delete KVLDemosys::effects")
-        .line("delete KVLDemosys::data")
-        .line("[Dispose animationPool]")
-        .line("[Dispose binaryPool]");
-    for (const std::string& name : binaries) {
-        log.line(" -> delete " + name);
-    }
-    log.line("[Dispose effectPool]");
-    for (const std::string& name : effects) {
-        log.line(" -> delete " + name);
-    }
-    log.line("[Dispose effectPool]");
-    for (const std::string& name : TEMPLATES) {
-        log.line(" -> delete " + name);
-    }
-    log.line("[Dispose eventPool]")
-        .line(" -> delete modify")
-        .line(" -> delete start")
-        .line(" -> delete stop")
-        .line("[Dispose objectPool]")
-        .line("[Dispose texturePool]")
-        .line("delete KVLDemosys::timeline");
-    if (timeline) {
-        log.line("[Disposing Timeline Events]").line("[Disposing Timeline Checkpoints]");
-    }
-    log.line("delete KVLDemosys::action");
-    if (extensions) {
-        log.line("delete KVLDemosys::glExtensions");
-    }
-    log.line("KVLDemosys::shutdown()").line("[Application End]");
-}
-
-std::string allLines(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line.substr(0, 160) + "\n";
-    }
-    return text;
-}
-
 } // namespace
 
 // ---------------------------------------------------------------- a whole run
 
 TEST(PlayerLoading, WholeRunWithFadeAndMusicLogsEveryPhaseInOrderAndEndsAtTheStopTime) {
     TempDir dir;
-    writeProduction(dir, Script());
-    PlayerRun run = runToEnd(dir);
+    writeProduction(dir, fadeWithMusic());
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
     ExpectedLog log;
@@ -453,8 +197,8 @@ TEST(PlayerLoading, WholeRunWithFadeAndMusicLogsEveryPhaseInOrderAndEndsAtTheSto
         .line("[Shutting Down]")
         .lines(
             report(systemParameters("kvltheme.ogg", "1", {"start = 00:00:000", "stop = 00:01:500"}),
-                   FADE_PARAMETERS, dataPools({"fade"}), FADE_TIMELINE));
-    expectDisposal(log, {"fade"}, {}, true, true);
+                   FADE_PARAMETERS, dataPools({"fade"}, TEMPLATES), FADE_TIMELINE));
+    expectDisposal(log, {"fade"}, TEMPLATES, {}, 0, true, true);
     EXPECT_TRUE(log.matches(run.lines));
 
     int duration = findLine(run.lines, "Duration : ");
@@ -468,16 +212,16 @@ TEST(PlayerLoading, WholeRunWithFadeAndMusicLogsEveryPhaseInOrderAndEndsAtTheSto
 
 TEST(PlayerLoading, MissingScriptIsReportedTwiceAfterShuttingDownAndNothingElseLoads) {
     TempDir dir;
-    writeProduction(dir, Script());
-    PlayerRun run = runToEnd(dir, {"x.txt"});
+    writeProduction(dir, fadeWithMusic());
+    PlayerRun run = runToEnd(dir.path(), {"x.txt"});
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
     expectStartup(log);
     log.line("[Shutting Down]")
         .lines(loaderMessageTwice("DemoScriptParser : 'resources/scripts/x.txt' not found!"))
-        .lines(report(NO_DATA, NO_DATA, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, false);
+        .lines(report(NO_DATA, NO_DATA, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, false);
     EXPECT_TRUE(log.matches(run.lines));
     EXPECT_NE(std::string::npos,
               run.errors.find("DemoScriptParser : 'resources/scripts/x.txt' not found!\n"))
@@ -486,10 +230,10 @@ TEST(PlayerLoading, MissingScriptIsReportedTwiceAfterShuttingDownAndNothingElseL
 
 TEST(PlayerLoading, BadScriptHeaderIsReportedWithTheHeaderFound) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.header = "{KVLDS0}";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -497,16 +241,16 @@ TEST(PlayerLoading, BadScriptHeaderIsReportedWithTheHeaderFound) {
     log.line("[Shutting Down]")
         .lines(loaderMessageTwice(
             "Error while parsing demoscript!\nInvalid Script Header\nHeader : '{KVLDS0}'\n"))
-        .lines(report(NO_DATA, NO_DATA, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, false);
+        .lines(report(NO_DATA, NO_DATA, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, false);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
 TEST(PlayerLoading, MissingDefinitionFileStopsTheLoadRightAfterTheTemplateList) {
     TempDir dir;
-    writeProduction(dir, Script());
+    writeProduction(dir, fadeWithMusic());
     std::filesystem::remove(dir.file("resources/definitions/sound.def"));
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -515,17 +259,17 @@ TEST(PlayerLoading, MissingDefinitionFileStopsTheLoadRightAfterTheTemplateList) 
     log.line("[Shutting Down]")
         .lines(loaderMessageTwice(
             "EffectDefinitionParser : 'resources/definitions/sound.def' not found!"))
-        .lines(report(NO_DATA, NO_DATA, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, false);
+        .lines(report(NO_DATA, NO_DATA, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, false);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
 TEST(PlayerLoading, TimelineErrorShowsOnlyAnEmptyLineInTheReportAndNoTimeline) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.timeline = "fade.start(00:00:000, 10);\nfaed.start(00:00:500);";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -545,8 +289,8 @@ TEST(PlayerLoading, TimelineErrorShowsOnlyAnEmptyLineInTheReportAndNoTimeline) {
         .line("")
         .lines(
             report(systemParameters("kvltheme.ogg", "1", {"start = 00:00:000", "stop = 00:01:500"}),
-                   FADE_PARAMETERS, dataPools({"fade"}), NO_DATA));
-    expectDisposal(log, {"fade"}, {}, false, true);
+                   FADE_PARAMETERS, dataPools({"fade"}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {"fade"}, TEMPLATES, {}, 0, false, true);
     EXPECT_TRUE(log.matches(run.lines));
     // The parser's words go to the error stream only.
     EXPECT_NE(std::string::npos, run.errors.find("Error Pasing Timeline!\nScript object 'faed' "
@@ -559,10 +303,10 @@ TEST(PlayerLoading, TimelineErrorShowsOnlyAnEmptyLineInTheReportAndNoTimeline) {
 
 TEST(PlayerLoading, MissingMusicFileStopsTheLoadWithTheFileName) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.sound = "file = missing.ogg; play = 1;";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -576,17 +320,17 @@ TEST(PlayerLoading, MissingMusicFileStopsTheLoadWithTheFileName) {
         .lines(loaderMessageTwice("Failed to load sound!\nFile : 'resources/music/missing.ogg'"))
         .lines(
             report(systemParameters("missing.ogg", "1", {"start = 00:00:000", "stop = 00:01:500"}),
-                   FADE_PARAMETERS, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, true);
+                   FADE_PARAMETERS, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, true);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
 TEST(PlayerLoading, FullscreenTwoFailsWithModeNoneFollowedBySdlsError) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.screen = "width = 320; height = 240; bpp = 32; fullscreen = 2; near = 1.0; far = 100.0;";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     // SDL's own words stand on the line after "Failed to set screenmode!".
@@ -609,17 +353,17 @@ TEST(PlayerLoading, FullscreenTwoFailsWithModeNoneFollowedBySdlsError) {
                                            "height = 240", "near = 1.0", "width = 320"}) +
                           group("sound", {"file = kvltheme.ogg", "play = 1"}) +
                           group("system", {"start = 00:00:000", "stop = 00:01:500"}),
-                      FADE_PARAMETERS, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, false);
+                      FADE_PARAMETERS, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, false);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
 TEST(PlayerLoading, MissingBinaryFileStopsTheLoadWithTheFileName) {
     TempDir dir;
-    Script script;
-    script.extra = "binary { blob = data.bin; }";
+    ProductionScript script = fadeWithMusic();
+    script.blocks = "binary { blob = data.bin; }";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -633,21 +377,21 @@ TEST(PlayerLoading, MissingBinaryFileStopsTheLoadWithTheFileName) {
         .lines(report(
             group("binary", {"blob = data.bin"}) +
                 systemParameters("kvltheme.ogg", "1", {"start = 00:00:000", "stop = 00:01:500"}),
-            FADE_PARAMETERS, dataPools({}), NO_DATA));
-    expectDisposal(log, {}, {}, false, true);
+            FADE_PARAMETERS, dataPools({}, TEMPLATES), NO_DATA));
+    expectDisposal(log, {}, TEMPLATES, {}, 0, false, true);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
 TEST(PlayerLoading, LoadedBinaryStandsInThePoolOfTheReport) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.system = "start = 00:00:000; stop = 00:00:300;";
     script.sound = "file = kvltheme.ogg; play = 0;";
-    script.extra = "binary { blob = data.bin; }";
+    script.blocks = "binary { blob = data.bin; }";
     script.timeline = "fade.start(00:00:000, 10);";
     writeProduction(dir, script);
     dir.write("resources/misc/data.bin", std::string("\x01\x02\x00\xfe\xff", 5));
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code) << allLines(run.lines);
 
     ExpectedLog log;
@@ -664,10 +408,10 @@ TEST(PlayerLoading, LoadedBinaryStandsInThePoolOfTheReport) {
         .lines(report(
             group("binary", {"blob = data.bin"}) +
                 systemParameters("kvltheme.ogg", "0", {"start = 00:00:000", "stop = 00:00:300"}),
-            FADE_PARAMETERS, dataPools({"fade"}, {"    blob = Binary { size = 5 }"}),
+            FADE_PARAMETERS, dataPools({"fade"}, TEMPLATES, {}, {"    blob = Binary { size = 5 }"}),
             {"(0000000000)-[00:00:000] = EventStartEffect {", "parameters {", "    object = fade;",
              "    p1 = 00:00:000;", "    p2 = 10;", "}", "}", ""}));
-    expectDisposal(log, {"fade"}, {"blob"}, true, true);
+    expectDisposal(log, {"fade"}, TEMPLATES, {"blob"}, 0, true, true);
     EXPECT_TRUE(log.matches(run.lines));
 }
 
@@ -675,10 +419,10 @@ TEST(PlayerLoading, LoadedBinaryStandsInThePoolOfTheReport) {
 
 TEST(PlayerLoading, StartPositionWithMusicRunsTheDemoAndReportsFailedToPlaySoundTwice) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.system = "start = 00:01:000; stop = 00:01:600;";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -697,8 +441,8 @@ TEST(PlayerLoading, StartPositionWithMusicRunsTheDemoAndReportsFailedToPlaySound
         .lines(loaderMessageTwice("Failed to play sound"))
         .lines(
             report(systemParameters("kvltheme.ogg", "1", {"start = 00:01:000", "stop = 00:01:600"}),
-                   FADE_PARAMETERS, dataPools({"fade"}), FADE_TIMELINE));
-    expectDisposal(log, {"fade"}, {}, true, true);
+                   FADE_PARAMETERS, dataPools({"fade"}, TEMPLATES), FADE_TIMELINE));
+    expectDisposal(log, {"fade"}, TEMPLATES, {}, 0, true, true);
     EXPECT_TRUE(log.matches(run.lines));
 
     // The clock started at the start position and the run went on to the stop time.
@@ -710,11 +454,11 @@ TEST(PlayerLoading, StartPositionWithMusicRunsTheDemoAndReportsFailedToPlaySound
 
 TEST(PlayerLoading, StartPositionWithoutMusicIsIgnoredAndTheDemoRunsFromZero) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.system = "start = 00:01:000; stop = 00:00:600;";
     script.sound = "file = kvltheme.ogg; play = 0;";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     ExpectedLog log;
@@ -730,8 +474,8 @@ TEST(PlayerLoading, StartPositionWithoutMusicIsIgnoredAndTheDemoRunsFromZero) {
         .line("[Shutting Down]")
         .lines(
             report(systemParameters("kvltheme.ogg", "0", {"start = 00:01:000", "stop = 00:00:600"}),
-                   FADE_PARAMETERS, dataPools({"fade"}), FADE_TIMELINE));
-    expectDisposal(log, {"fade"}, {}, true, true);
+                   FADE_PARAMETERS, dataPools({"fade"}, TEMPLATES), FADE_TIMELINE));
+    expectDisposal(log, {"fade"}, TEMPLATES, {}, 0, true, true);
     EXPECT_TRUE(log.matches(run.lines));
     EXPECT_EQ(-1, findLine(run.lines, "Timeline::moveTo("));
 
@@ -745,12 +489,12 @@ TEST(PlayerLoading, StartPositionWithoutMusicIsIgnoredAndTheDemoRunsFromZero) {
 
 TEST(PlayerLoading, MalformedStopTimeEndsTheRunAtTheFirstFrame) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.system = "start = 00:00:000; stop = soon;";
     script.sound = "file = kvltheme.ogg; play = 0;";
     script.timeline = "fade.start(00:00:000, 10);";
     writeProduction(dir, script);
-    PlayerRun run = runToEnd(dir);
+    PlayerRun run = runToEnd(dir.path());
     ASSERT_EQ(0, run.code);
 
     int demoInit = findLine(run.lines, "[Demo Init]");
@@ -766,7 +510,7 @@ TEST(PlayerLoading, MalformedStopTimeEndsTheRunAtTheFirstFrame) {
 
 TEST(PlayerLoading, WithoutAStopTimeTheRunDoesNotEndByItself) {
     TempDir dir;
-    Script script;
+    ProductionScript script = fadeWithMusic();
     script.system = "start = 00:00:000;";
     script.sound = "file = kvltheme.ogg; play = 0;";
     script.timeline = "fade.start(00:00:000, 10);";

@@ -1,14 +1,15 @@
+#include "e2e/PlayerLog.h"
 #include "graphics/Image.h"
 #include "objects/O3dScene.h"
 #include "objects/ObjectParser.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,16 @@ namespace {
 
 std::string script(const std::string& blocks, const std::string& effects,
                    const std::string& timeline) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "gfx = resources/graphics/; object = resources/objects/; sound = resources/music/; }\n"
-           "system { start = 00:00:000; stop = 00:00:700; }\n"
-           "screen { width = 320; height = 240; bpp = 32; fullscreen = 0; near = 1.0; "
-           "far = 100.0; }\n"
-           "sound { play = 0; }\n" +
-           blocks + effects + "timeline {\n" + timeline + "}\n";
+    ProductionScript production;
+    production.paths = "definition = resources/definitions/; misc = resources/misc/; "
+                       "gfx = resources/graphics/; object = resources/objects/; "
+                       "sound = resources/music/;";
+    production.system = "start = 00:00:000; stop = 00:00:700;";
+    production.screen = SCREEN;
+    production.blocks = blocks;
+    production.effects = effects;
+    production.timeline = timeline;
+    return production.text();
 }
 
 // Both forms of the knot, three pictures, two viewers and a quad, and
@@ -62,48 +65,13 @@ const std::string TIMELINE = "knot.start(00:00:000, 20);\n"
                              "logo.fadeDown(00:00:450, 00:00:650);\n"
                              "knot.drawNormals(00:00:400, false);\n";
 
-struct PlayerRun {
-    int code = -1;
-    std::vector<std::string> lines;
-};
-
 PlayerRun runWith(const std::string& text) {
     TempDir dir;
     dir.copyFromSource("resources/definitions");
     dir.copyFromSource("resources/graphics");
     dir.copyFromSource("resources/objects");
-    dir.write("resources/scripts/demoscript.txt", text);
-    PlayerRun run;
-    run.code = runPlayer(dir.path(), {}, &run.lines, 90);
-    return run;
-}
-
-int indexOf(const std::vector<std::string>& lines, const std::string& line, int from = 0) {
-    auto found = std::find(lines.begin() + std::min<size_t>(from, lines.size()), lines.end(), line);
-    return (found == lines.end()) ? -1 : static_cast<int>(found - lines.begin());
-}
-
-int count(const std::vector<std::string>& lines, const std::string& line) {
-    return static_cast<int>(std::count(lines.begin(), lines.end(), line));
-}
-
-// The lines from `first` on, as many as `expected` has.
-std::vector<std::string> linesFrom(const std::vector<std::string>& lines, const std::string& first,
-                                   size_t howMany) {
-    int at = indexOf(lines, first);
-    if (at < 0) {
-        return {};
-    }
-    size_t end = std::min(lines.size(), at + howMany);
-    return std::vector<std::string>(lines.begin() + at, lines.begin() + end);
-}
-
-std::string allLines(const std::vector<std::string>& lines) {
-    std::ostringstream text;
-    for (size_t i = 0; i < lines.size(); i++) {
-        text << i << ": " << lines[i].substr(0, 160) << "\n";
-    }
-    return text.str();
+    dir.write(ProductionScript::PATH, text);
+    return runToEnd(dir.path(), {}, 90);
 }
 
 // How the report shows a model of the production, read here the way the
@@ -141,10 +109,7 @@ void expectFramesDrawn(const PlayerRun& run) {
     ASSERT_EQ(0, run.code) << allLines(run.lines);
     int init = indexOf(run.lines, "[Demo Init]");
     EXPECT_GE(init, 0) << allLines(run.lines);
-    auto duration = std::find_if(run.lines.begin(), run.lines.end(), [](const std::string& line) {
-        return line.rfind("Duration : ", 0) == 0;
-    });
-    EXPECT_NE(run.lines.end(), duration) << allLines(run.lines);
+    EXPECT_NE(-1, findLine(run.lines, "Duration : ")) << allLines(run.lines);
     EXPECT_NE(-1, indexOf(run.lines, "[Application End]")) << allLines(run.lines);
     for (const std::string& line : run.lines) {
         EXPECT_NE(0u, line.rfind("[GL_ERROR", 0)) << line;

@@ -1,4 +1,7 @@
+#include "e2e/PlayerLog.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
+#include "support/ShaderSources.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -13,102 +16,35 @@
 
 namespace {
 
-const std::string RULE(64, '#');
-
-const std::string VERTEX = "#version 110\n"
-                           "void main() {\n"
-                           "    gl_TexCoord[0] = gl_MultiTexCoord0;\n"
-                           "    gl_Position = ftransform();\n"
-                           "}\n";
-
 const std::string FRAGMENT = "#version 110\n"
                              "uniform sampler2D Texture0;\n"
                              "void main() {\n"
                              "    gl_FragColor = texture2D(Texture0, gl_TexCoord[0].st);\n"
                              "}\n";
 
-const std::string BROKEN = "#version 110\n"
-                           "void main() {\n"
-                           "    gl_FragColor = notDeclaredAnywhere;\n"
-                           "}\n";
-
-// Compiles, but calls a function that neither shader of the pair defines.
-const std::string UNRESOLVED = "#version 110\n"
-                               "vec4 elsewhere();\n"
-                               "void main() {\n"
-                               "    gl_FragColor = elsewhere();\n"
-                               "}\n";
-
-std::string script(const std::string& shaders) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; shaders = resources/shaders/; "
-           "misc = resources/misc/; sound = resources/music/; }\n"
-           "system { start = 00:00:000; stop = 00:00:300; }\n"
-           "screen { width = 320; height = 240; bpp = 32; fullscreen = 0; near = 1.0; "
-           "far = 100.0; }\n"
-           "sound { file = kvltheme.ogg; play = 0; }\n" +
-           shaders +
-           "\nfade * FadeEffect { ; }\n"
-           "timeline {\n"
-           "fade.start(00:00:000, 10);\n"
-           "}\n";
-}
-
-struct ShaderRunResult {
-    int code = -1;
-    std::vector<std::string> lines;
-    std::string errors;
-};
-
 class ShaderRun {
 public:
     ShaderRun() { directory.copyFromSource("resources/definitions"); }
 
     void shader(const std::string& stem, const std::string& vertex, const std::string& fragment) {
-        if (!vertex.empty()) {
-            directory.write("resources/shaders/" + stem + ".vert", vertex);
-        }
-        if (!fragment.empty()) {
-            directory.write("resources/shaders/" + stem + ".frag", fragment);
-        }
+        writeShaderPair(directory, stem, vertex, fragment);
     }
 
-    ShaderRunResult run(const std::string& shaders) {
-        directory.write("resources/scripts/demoscript.txt", script(shaders));
-        PlayerProcess player(directory.path(), {});
-        ShaderRunResult result;
-        result.code = player.waitForExit(60);
-        result.lines = player.outputLines();
-        result.errors = player.errorOutput();
-        return result;
+    PlayerRun run(const std::string& shaders) {
+        ProductionScript script;
+        script.paths = "definition = resources/definitions/; shaders = resources/shaders/; "
+                       "misc = resources/misc/; sound = resources/music/;";
+        script.system = "start = 00:00:000; stop = 00:00:300;";
+        script.screen = SCREEN;
+        script.sound = "file = kvltheme.ogg; play = 0;";
+        script.blocks = shaders;
+        script.writeTo(directory);
+        return runToEnd(directory.path());
     }
 
 private:
     TempDir directory;
 };
-
-int indexOf(const std::vector<std::string>& lines, const std::string& line, int from = 0) {
-    if (from < 0 || from > static_cast<int>(lines.size())) {
-        return -1;
-    }
-    auto found = std::find(lines.begin() + from, lines.end(), line);
-    return (found == lines.end()) ? -1 : static_cast<int>(found - lines.begin());
-}
-
-std::vector<std::string> slice(const std::vector<std::string>& lines, int from, int to) {
-    if (from < 0 || to < from || to > static_cast<int>(lines.size())) {
-        return {};
-    }
-    return std::vector<std::string>(lines.begin() + from, lines.begin() + to);
-}
-
-std::string allLines(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line.substr(0, 160) + "\n";
-    }
-    return text;
-}
 
 // The lines from "[Loading Shaders]" up to "[Shutting Down]", both included.
 std::vector<std::string> blockToShutdown(const std::vector<std::string>& log) {
@@ -129,15 +65,6 @@ std::vector<std::string> closingText(const std::vector<std::string>& log) {
         return {};
     }
     return slice(log, shutdown + 1, report);
-}
-
-// The loader's text is printed, then shown once more; each time it is
-// "ResourceLoader:", "Message :", the message and two line ends.
-std::vector<std::string> loaderMessageTwice(const std::string& message) {
-    std::vector<std::string> once = splitLines("ResourceLoader:\nMessage :\n" + message + "\n\n");
-    std::vector<std::string> twice = once;
-    twice.insert(twice.end(), once.begin(), once.end());
-    return twice;
 }
 
 // Checks a closing text that holds a fixed start and a driver's log: both
@@ -169,6 +96,12 @@ bool hasText(const std::vector<std::string>& lines) {
 
 const std::vector<std::string> EMPTY_SHADER_POOL = {"ShaderPool {", "<Empty>", "}"};
 
+// The shaders block of a script with the one pair "glow", up to the end of a
+// load that stopped in it.
+const std::vector<std::string> GLOW_BLOCK = {"[Loading Shaders]",
+                                             "Shader path = resources/shaders/",
+                                             "Loading shader glow = glow", "[Shutting Down]"};
+
 bool contains(const std::vector<std::string>& log, const std::vector<std::string>& run) {
     return std::search(log.begin(), log.end(), run.begin(), run.end()) != log.end();
 }
@@ -177,8 +110,8 @@ bool contains(const std::vector<std::string>& log, const std::vector<std::string
 
 TEST(PlayerShaderBlock, LoadedShaderPairStandsInThePoolOfTheReportAndTheRunGoesOn) {
     ShaderRun production;
-    production.shader("post/copy", VERTEX, FRAGMENT);
-    ShaderRunResult run = production.run("shaders { copy = post/copy; }");
+    production.shader("post/copy", PASS_VERTEX, FRAGMENT);
+    PlayerRun run = production.run("shaders { copy = post/copy; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
     int block = indexOf(run.lines, "[Loading Shaders]");
@@ -192,7 +125,7 @@ TEST(PlayerShaderBlock, LoadedShaderPairStandsInThePoolOfTheReportAndTheRunGoesO
     EXPECT_TRUE(contains(run.lines, {"Shaders in pool : 1"})) << allLines(run.lines);
     EXPECT_TRUE(contains(
         run.lines, {"ShaderPool {",
-                    "  copy = Shader(Vertex source length = " + std::to_string(VERTEX.size()) +
+                    "  copy = Shader(Vertex source length = " + std::to_string(PASS_VERTEX.size()) +
                         ", Fragment source length = " + std::to_string(FRAGMENT.size()) + ")",
                     "}"}))
         << allLines(run.lines);
@@ -202,13 +135,10 @@ TEST(PlayerShaderBlock, LoadedShaderPairStandsInThePoolOfTheReportAndTheRunGoesO
 TEST(PlayerShaderBlock, MissingVertexFileIsReportedTwiceAndNothingLaterLoads) {
     ShaderRun production;
     production.shader("glow", "", FRAGMENT);
-    ShaderRunResult run = production.run("shaders { glow = glow; }");
+    PlayerRun run = production.run("shaders { glow = glow; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
-    EXPECT_EQ((std::vector<std::string>{"[Loading Shaders]", "Shader path = resources/shaders/",
-                                        "Loading shader glow = glow", "[Shutting Down]"}),
-              blockToShutdown(run.lines))
-        << allLines(run.lines);
+    EXPECT_EQ(GLOW_BLOCK, blockToShutdown(run.lines)) << allLines(run.lines);
     EXPECT_EQ(loaderMessageTwice("Vertex shader 'glow.vert' not found"), closingText(run.lines));
     EXPECT_TRUE(contains(run.lines, EMPTY_SHADER_POOL)) << allLines(run.lines);
     EXPECT_EQ(-1, indexOf(run.lines, "[Setting up sound]"));
@@ -217,14 +147,11 @@ TEST(PlayerShaderBlock, MissingVertexFileIsReportedTwiceAndNothingLaterLoads) {
 
 TEST(PlayerShaderBlock, MissingFragmentFileStopsTheLoadButTheReportShowsNoErrorText) {
     ShaderRun production;
-    production.shader("glow", VERTEX, "");
-    ShaderRunResult run = production.run("shaders { glow = glow; }");
+    production.shader("glow", PASS_VERTEX, "");
+    PlayerRun run = production.run("shaders { glow = glow; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
-    EXPECT_EQ((std::vector<std::string>{"[Loading Shaders]", "Shader path = resources/shaders/",
-                                        "Loading shader glow = glow", "[Shutting Down]"}),
-              blockToShutdown(run.lines))
-        << allLines(run.lines);
+    EXPECT_EQ(GLOW_BLOCK, blockToShutdown(run.lines)) << allLines(run.lines);
     // Only the empty line of the demo's own message.
     EXPECT_EQ(std::vector<std::string>{""}, closingText(run.lines));
     for (const std::string& line : run.lines) {
@@ -238,14 +165,11 @@ TEST(PlayerShaderBlock, MissingFragmentFileStopsTheLoadButTheReportShowsNoErrorT
 
 TEST(PlayerShaderBlock, FragmentCompileErrorIsReportedWithTheFileAndTheCompilerLog) {
     ShaderRun production;
-    production.shader("glow", VERTEX, BROKEN);
-    ShaderRunResult run = production.run("shaders { glow = glow; }");
+    production.shader("glow", PASS_VERTEX, BROKEN_FRAGMENT);
+    PlayerRun run = production.run("shaders { glow = glow; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
-    EXPECT_EQ((std::vector<std::string>{"[Loading Shaders]", "Shader path = resources/shaders/",
-                                        "Loading shader glow = glow", "[Shutting Down]"}),
-              blockToShutdown(run.lines))
-        << allLines(run.lines);
+    EXPECT_EQ(GLOW_BLOCK, blockToShutdown(run.lines)) << allLines(run.lines);
     std::vector<std::string> log =
         driverPart(closingText(run.lines), "Error while compiling fragment shader\n"
                                            "Shader: glow.frag\n");
@@ -256,8 +180,8 @@ TEST(PlayerShaderBlock, FragmentCompileErrorIsReportedWithTheFileAndTheCompilerL
 
 TEST(PlayerShaderBlock, VertexCompileErrorIsReportedWithTheFileAndTheCompilerLog) {
     ShaderRun production;
-    production.shader("glow", BROKEN, FRAGMENT);
-    ShaderRunResult run = production.run("shaders { glow = glow; }");
+    production.shader("glow", BROKEN_FRAGMENT, FRAGMENT);
+    PlayerRun run = production.run("shaders { glow = glow; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
     std::vector<std::string> log =
@@ -271,14 +195,11 @@ TEST(PlayerShaderBlock, VertexCompileErrorIsReportedWithTheFileAndTheCompilerLog
 // a strict driver refuses, and then the message ends after the fixed lines.
 TEST(PlayerShaderBlock, LinkErrorIsReportedWithTheStemOfThePair) {
     ShaderRun production;
-    production.shader("glow", VERTEX, UNRESOLVED);
-    ShaderRunResult run = production.run("shaders { glow = glow; }");
+    production.shader("glow", PASS_VERTEX, UNRESOLVED_FRAGMENT);
+    PlayerRun run = production.run("shaders { glow = glow; }");
     ASSERT_EQ(0, run.code) << allLines(run.lines) << run.errors;
 
-    EXPECT_EQ((std::vector<std::string>{"[Loading Shaders]", "Shader path = resources/shaders/",
-                                        "Loading shader glow = glow", "[Shutting Down]"}),
-              blockToShutdown(run.lines))
-        << allLines(run.lines);
+    EXPECT_EQ(GLOW_BLOCK, blockToShutdown(run.lines)) << allLines(run.lines);
     std::vector<std::string> closing = closingText(run.lines);
     std::vector<std::string> fixed =
         splitLines("ResourceLoader:\nMessage :\nError while linking shader pair\nShader: glow\n");

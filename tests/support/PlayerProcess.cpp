@@ -89,8 +89,8 @@ PlayerProcess::~PlayerProcess() {
 bool PlayerProcess::waitForWindow(double seconds) {
     auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (std::chrono::steady_clock::now() < deadline) {
-        std::string found =
-            commandOutput("xdotool search --onlyvisible --pid " + std::to_string(pid) + " 2>/dev/null");
+        std::string found = commandOutput("xdotool search --onlyvisible --pid " +
+                                          std::to_string(pid) + " 2>/dev/null");
         if (!found.empty()) {
             window = splitLines(found).front();
             return true;
@@ -134,19 +134,34 @@ int PlayerProcess::waitForExit(double seconds) {
     return -1;
 }
 
-std::string PlayerProcess::output() const { return readWhole(stdoutFile); }
+std::string PlayerProcess::output() const {
+    return readWhole(stdoutFile);
+}
 
-std::vector<std::string> PlayerProcess::outputLines() const { return splitLines(output()); }
+std::vector<std::string> PlayerProcess::outputLines() const {
+    return splitLines(output());
+}
 
-std::string PlayerProcess::errorOutput() const { return readWhole(stderrFile); }
+std::string PlayerProcess::errorOutput() const {
+    return readWhole(stderrFile);
+}
+
+PlayerRun runToEnd(const std::string& workingDirectory, std::vector<std::string> arguments,
+                   double seconds, std::vector<std::string> environment) {
+    PlayerProcess player(workingDirectory, std::move(arguments), std::move(environment));
+    PlayerRun run;
+    run.code = player.waitForExit(seconds);
+    run.lines = player.outputLines();
+    run.errors = player.errorOutput();
+    return run;
+}
 
 int runPlayer(const std::string& workingDirectory, const std::vector<std::string>& arguments,
               std::vector<std::string>* lines, double seconds,
               std::vector<std::string> environment) {
-    PlayerProcess player(workingDirectory, arguments, std::move(environment));
-    int code = player.waitForExit(seconds);
+    PlayerRun run = runToEnd(workingDirectory, arguments, seconds, std::move(environment));
     if (lines != nullptr) {
-        *lines = player.outputLines();
+        *lines = run.lines;
     }
-    return code;
+    return run.code;
 }

@@ -37,6 +37,17 @@ private:
     bool finished;
 };
 
+// What a run of the player to its end left behind.
+struct PlayerRun {
+    // The exit code, -1 on a timeout or a crash.
+    int code = -1;
+    std::vector<std::string> lines;
+    std::string errors;
+};
+
+PlayerRun runToEnd(const std::string& workingDirectory, std::vector<std::string> arguments = {},
+                   double seconds = 60.0, std::vector<std::string> environment = {});
+
 // Runs the player to its end and returns its exit code (-1 on a timeout).
 int runPlayer(const std::string& workingDirectory, const std::vector<std::string>& arguments,
               std::vector<std::string>* lines, double seconds = 120.0,
