@@ -1,6 +1,7 @@
 #include "graphics/Shader.h"
 #include "graphics/Texture.h"
 #include "support/GLTestWindow.h"
+#include "support/ShaderSources.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +9,6 @@
 #include <string>
 
 namespace {
-
-const char* PASS_VERTEX = "#version 110\n"
-                          "void main() {\n"
-                          "    gl_TexCoord[0] = gl_MultiTexCoord0;\n"
-                          "    gl_Position = gl_Vertex;\n"
-                          "}\n";
 
 // Paints the uniform colour; every uniform below is used, so none is
 // optimised away.
@@ -37,13 +32,6 @@ const char* BROKEN_SOURCE = "#version 110\n"
                             "void main() {\n"
                             "    gl_FragColor = undefinedThing;\n"
                             "}\n";
-
-// Compiles alone, but the function it calls exists in no shader of the pair.
-const char* UNRESOLVED_FRAGMENT = "#version 110\n"
-                                  "vec4 nowhere();\n"
-                                  "void main() {\n"
-                                  "    gl_FragColor = nowhere();\n"
-                                  "}\n";
 
 void drawFullQuad() {
     glBegin(GL_QUADS);

@@ -6,15 +6,16 @@
 #include "runtime/DataAnimationPool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/ProgressBar.h"
+#include "support/LoaderWorkspace.h"
+#include "support/LogLines.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
-#include <GL/glew.h>
 #include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,6 @@
 // own, the way the player reads it from its working directory.
 
 namespace {
-
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
 
 const std::string PATH_OF_THREE = "KVLANI1\nkeyframes 3\n"
                                   "pos 0 0 10\nrot 0 0\n"
@@ -33,26 +32,11 @@ const std::string PATH_OF_THREE = "KVLANI1\nkeyframes 3\n"
 const std::string PATH_OF_TWO = "KVLANI1\nkeyframes 2\npos 1 2 3\nrot 4 5\npos 6 7 8\nrot 9 10\n";
 
 std::string script(const std::string& blocks, const std::string& misc = "resources/misc/") {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = " +
-           misc +
-           "; object = resources/objects/; }\n"
-           "system { start = 00:00:000; }\n"
-           "screen { width = 64; height = 64; }\n"
-           "sound { play = 0; }\n"
-           "fade * FadeEffect { ; }\n" +
-           blocks + "timeline {\n fade.start(00:00:000, 10);\n}\n";
-}
-
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
-}
-
-int indexOf(const std::vector<std::string>& lines, const std::string& line) {
-    auto found = std::find(lines.begin(), lines.end(), line);
-    return (found == lines.end()) ? -1 : static_cast<int>(found - lines.begin());
+    ProductionScript production;
+    production.paths =
+        "definition = resources/definitions/; misc = " + misc + "; object = resources/objects/;";
+    production.blocks = blocks;
+    return production.text();
 }
 
 } // namespace
@@ -61,13 +45,10 @@ class AnimationBlock : public ::testing::Test {
 protected:
     void SetUp() override {
         KVLDemosys::resetState();
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
-        std::filesystem::current_path(directory.path());
+        space.enter();
     }
     void TearDown() override {
-        logOf([this] { loader.dispose(); });
-        std::filesystem::current_path(previous);
+        space.leave();
         SDL_Quit();
         KVLDemosys::resetState();
     }
@@ -75,12 +56,8 @@ protected:
     // Script, screen and the loader's data blocks; the lines of loadDataFiles
     // from the animation header on.
     std::vector<std::string> load(const std::string& text) {
-        directory.write(SCRIPT, text);
-        bool ready = false;
-        logOf([&] {
-            ready = loader.createDataPools() && loader.parseConfig() && loader.initScreen() &&
-                    glewInit() == GLEW_OK;
-        });
+        space.write(text);
+        bool ready = space.openScreen();
         EXPECT_TRUE(ready) << loader.getErrorMessage();
         ticksBefore = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
         lastLog = logOf([&] { result = loader.loadDataFiles(); });
@@ -94,9 +71,9 @@ protected:
         return std::vector<std::string>(lines.begin() + header, lines.end());
     }
 
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
+    LoaderWorkspace space;
+    TempDir& directory = space.directory;
+    ResourceLoader& loader = space.loader;
     bool result = false;
     std::string lastLog;
     int ticksBefore = 0;

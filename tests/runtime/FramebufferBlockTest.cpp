@@ -4,6 +4,10 @@
 #include "graphics/Texture.h"
 #include "runtime/DataFBOPool.h"
 #include "runtime/KVLDemosys.h"
+#include "support/LoaderWorkspace.h"
+#include "support/LogLines.h"
+#include "support/ProductionScript.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
 #include <GL/glew.h>
@@ -11,7 +15,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,18 +24,11 @@
 
 namespace {
 
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
-
 std::string script(const std::string& framebuffers) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "sound = resources/music/; }\n"
-           "system { start = 00:00:000; }\n"
-           "screen { width = 64; height = 48; near = 1.0; far = 100.0; }\n"
-           "sound { play = 0; }\n" +
-           framebuffers +
-           "\nfade * FadeEffect { ; }\n"
-           "timeline {\nfade.start(00:00:000, 10);\n}\n";
+    ProductionScript production;
+    production.screen = "width = 64; height = 48; near = 1.0; far = 100.0;";
+    production.blocks = framebuffers;
+    return production.text();
 }
 
 std::string block(const std::string& entries) {
@@ -42,12 +38,6 @@ std::string block(const std::string& entries) {
 std::string completeLine() {
     return "FBO Framebuffer is complete.(" + std::to_string(GL_FRAMEBUFFER_COMPLETE_EXT) +
            ") = true\n";
-}
-
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
 }
 
 // The lines the framebuffer block wrote: from its header to the header of
@@ -79,13 +69,10 @@ class FramebufferBlock : public ::testing::Test {
 protected:
     void SetUp() override {
         KVLDemosys::resetState();
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
-        std::filesystem::current_path(directory.path());
+        space.enter();
     }
     void TearDown() override {
-        logOf([this] { loader.dispose(); });
-        std::filesystem::current_path(previous);
+        space.leave();
         SDL_Quit();
         KVLDemosys::resetState();
     }
@@ -93,12 +80,8 @@ protected:
     // Runs the loader up to and through its data blocks; the log of the
     // data blocks comes back, the result in `loaded`.
     std::string load(const std::string& framebuffers) {
-        directory.write(SCRIPT, script(framebuffers));
-        bool ready = false;
-        logOf([&] {
-            ready = loader.createDataPools() && loader.parseConfig() && loader.initScreen() &&
-                    glewInit() == GLEW_OK;
-        });
+        space.write(script(framebuffers));
+        bool ready = space.openScreen();
         EXPECT_TRUE(ready) << loader.getErrorMessage();
         if (!ready) {
             return "";
@@ -111,9 +94,9 @@ protected:
         return KVLDemosys::fboPool->exists(name) ? KVLDemosys::fboPool->getFBO(name) : nullptr;
     }
 
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
+    LoaderWorkspace space;
+    TempDir& directory = space.directory;
+    ResourceLoader& loader = space.loader;
     bool loaded = false;
 };
 

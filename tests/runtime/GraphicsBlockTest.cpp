@@ -7,8 +7,11 @@
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
 #include "support/GLTestWindow.h"
+#include "support/LoaderWorkspace.h"
 #include "support/PlayerProcess.h"
 #include "support/PngWriter.h"
+#include "support/ProductionScript.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
 #include <GL/glew.h>
@@ -26,25 +29,14 @@
 
 namespace {
 
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
 const std::string GFX = "resources/graphics/";
 
 std::string scriptWith(const std::string& blocks) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "gfx = resources/graphics/; sound = resources/music/; }\n"
-           "system { start = 00:00:000; }\n"
-           "screen { width = 64; height = 64; }\n"
-           "sound { play = 0; }\n" +
-           blocks +
-           "\nfade * FadeEffect { ; }\n"
-           "timeline {\nfade.start(00:00:000, 10);\n}\n";
-}
-
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
+    ProductionScript production;
+    production.paths = "definition = resources/definitions/; misc = resources/misc/; "
+                       "gfx = resources/graphics/; sound = resources/music/;";
+    production.blocks = blocks;
+    return production.text();
 }
 
 // The lines of the graphics block: from its header to the next block's.
@@ -68,26 +60,21 @@ class GraphicsBlock : public GLTestWindow {
 protected:
     void SetUp() override {
         GLTestWindow::SetUp();
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
         std::filesystem::create_directories(directory.file(GFX));
         PngWriter::save(directory.file(GFX + "a.png"), picture(255, 0, 0));
         PngWriter::save(directory.file(GFX + "b.png"), picture(0, 0, 255));
-        std::filesystem::current_path(directory.path());
+        space.enter();
         logOf([this] { loader.createDataPools(); });
     }
     void TearDown() override {
-        if (!disposed) {
-            logOf([this] { loader.dispose(); });
-        }
-        std::filesystem::current_path(previous);
+        space.leave();
         GLTestWindow::TearDown();
     }
 
     // Parses the script and runs the data blocks; the lines of the graphics
     // block come back, the result of the step in `result`.
     std::vector<std::string> loadGraphics(const std::string& blocks) {
-        directory.write(SCRIPT, scriptWith(blocks));
+        space.write(scriptWith(blocks));
         bool parsed = false;
         logOf([&] { parsed = loader.parseConfig(); });
         EXPECT_TRUE(parsed) << loader.getErrorMessage();
@@ -101,11 +88,10 @@ protected:
         return KVLDemosys::texturePool->getTexture(name);
     }
 
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
+    LoaderWorkspace space;
+    TempDir& directory = space.directory;
+    ResourceLoader& loader = space.loader;
     bool result = false;
-    bool disposed = false;
 };
 
 TEST_F(GraphicsBlock, ScriptWithoutGraphicsSaysNoImageDataAndGoesOn) {
@@ -256,7 +242,7 @@ TEST_F(GraphicsBlock, MissingFileStopsTheBlockAndKeepsTheTexturesLoadedBefore) {
 
 TEST_F(GraphicsBlock, BlockAfterAFailureIsNotRead) {
     std::vector<std::string> lines = splitLines(logOf([&] {
-        directory.write(SCRIPT, scriptWith("graphics { b = missing.png; }\n"));
+        space.write(scriptWith("graphics { b = missing.png; }\n"));
         loader.parseConfig();
         result = loader.loadDataFiles();
     }));
@@ -268,8 +254,7 @@ TEST_F(GraphicsBlock, TexturesLoadedBeforeAFailureAreFreedWithThePools) {
     loadGraphics("graphics { a = a.png; b = missing.png; }\n");
     ASSERT_NE(nullptr, texture("a"));
     unsigned int id = texture("a")->getID();
-    disposed = true;
-    std::string log = logOf([this] { loader.dispose(); });
+    std::string log = space.dispose();
     EXPECT_NE(std::string::npos,
               log.find("[Dispose texturePool]\n -> delete texture 'a'\nTexture::ID(" +
                        std::to_string(id) + ") - deleted from graphics mem.\n"))

@@ -1,6 +1,7 @@
 #include "runtime/ResourceLoader.h"
 
 #include "graphics/Texture.h"
+#include "objects/KVL3dWriter.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
 #include "objects/O3dScene.h"
@@ -8,17 +9,19 @@
 #include "runtime/DataTexturePool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/ProgressBar.h"
+#include "support/LoaderWorkspace.h"
+#include "support/LogLines.h"
 #include "support/PlayerProcess.h"
 #include "support/PngWriter.h"
+#include "support/ProductionScript.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
-#include <GL/glew.h>
 #include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -29,8 +32,6 @@
 
 namespace {
 
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
-
 const std::string SQUARE = "{KVLC01}\n"
                            "Material { name = grey; diffuse = 0.5, 0.5, 0.5; }\n"
                            "Object { materialmode = single; material = 0;\n"
@@ -38,53 +39,18 @@ const std::string SQUARE = "{KVLC01}\n"
                            "polygons = 0,1,2, 0,2,3; }\n";
 
 std::string binaryTriangle() {
-    std::string bytes = "{KVLB01}";
-    auto i32 = [&bytes](int32_t value) {
-        uint32_t bits = static_cast<uint32_t>(value);
-        for (int i = 0; i < 4; i++) {
-            bytes += static_cast<char>((bits >> (8 * i)) & 0xff);
-        }
-    };
-    auto f32 = [&i32](float value) {
-        int32_t bits;
-        std::memcpy(&bits, &value, sizeof(bits));
-        i32(bits);
-    };
-    i32(0);
-    i32(1);
-    i32(3);
-    const float corners[3][2] = {{0, 0}, {1, 0}, {0, 1}};
-    for (const auto& c : corners) {
-        f32(c[0]);
-        f32(c[1]);
-        f32(0.0f);
-        f32(c[0]);
-        f32(c[1]);
-    }
-    i32(1);
-    i32(0);
-    i32(1);
-    i32(2);
-    return bytes;
+    KVL3dWriter model;
+    model.addObject({{0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}, {0, 1, 2, 0}});
+    return model.toBinary();
 }
 
 std::string script(const std::string& blocks, const std::string& object = "resources/objects/") {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; misc = resources/misc/; "
-           "gfx = resources/graphics/; object = " +
-           object +
-           "; }\n"
-           "system { start = 00:00:000; }\n"
-           "screen { width = 64; height = 64; }\n"
-           "sound { play = 0; }\n"
-           "fade * FadeEffect { ; }\n" +
-           blocks + "timeline {\n fade.start(00:00:000, 10);\n}\n";
-}
-
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
+    ProductionScript production;
+    production.paths = "definition = resources/definitions/; misc = resources/misc/; "
+                       "gfx = resources/graphics/; object = " +
+                       object + ";";
+    production.blocks = blocks;
+    return production.text();
 }
 
 std::string pointerText(const void* pointer) {
@@ -99,13 +65,10 @@ class ObjectBlock : public ::testing::Test {
 protected:
     void SetUp() override {
         KVLDemosys::resetState();
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
-        std::filesystem::current_path(directory.path());
+        space.enter();
     }
     void TearDown() override {
-        logOf([this] { loader.dispose(); });
-        std::filesystem::current_path(previous);
+        space.leave();
         SDL_Quit();
         KVLDemosys::resetState();
     }
@@ -113,12 +76,8 @@ protected:
     // Script, screen and the loader's data blocks; the lines of loadDataFiles
     // from the objects header up to the animation header.
     std::vector<std::string> load(const std::string& text) {
-        directory.write(SCRIPT, text);
-        bool ready = false;
-        logOf([&] {
-            ready = loader.createDataPools() && loader.parseConfig() && loader.initScreen() &&
-                    glewInit() == GLEW_OK;
-        });
+        space.write(text);
+        bool ready = space.openScreen();
         EXPECT_TRUE(ready) << loader.getErrorMessage();
         ticksBefore = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
         all = splitLines(logOf([&] { result = loader.loadDataFiles(); }));
@@ -129,9 +88,9 @@ protected:
         return std::vector<std::string>(first, last);
     }
 
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
+    LoaderWorkspace space;
+    TempDir& directory = space.directory;
+    ResourceLoader& loader = space.loader;
     std::vector<std::string> all;
     bool result = false;
     int ticksBefore = 0;

@@ -17,7 +17,11 @@
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
 #include "support/GLTestWindow.h"
+#include "support/LoaderWorkspace.h"
+#include "support/LogLines.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Effect.h"
@@ -41,37 +45,24 @@
 
 namespace {
 
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
 const std::string RULE(64, '#');
 
+// The paths of every script here; pictures go under resources/gfx/.
+const std::string PATHS = "definition = resources/definitions/; gfx = resources/gfx/; "
+                          "misc = resources/misc/; sound = resources/music/;";
+
 std::string script(const std::string& blocks) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; gfx = resources/gfx/; "
-           "misc = resources/misc/; sound = resources/music/; }\n" +
-           blocks;
+    return "{KVLDS1}\npaths { " + PATHS + " }\n" + blocks;
 }
 
 // A production with one fade, no music and no data blocks.
 std::string fadeScript(const std::string& system = "start = 00:00:000;",
                        const std::string& timeline = "fade.start(00:00:000, 10);") {
-    return script("system { " + system +
-                  " }\n"
-                  "screen { width = 64; height = 64; }\n"
-                  "sound { play = 0; }\n"
-                  "fade * FadeEffect { ; }\n"
-                  "timeline {\n" +
-                  timeline + "\n}\n");
-}
-
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
-}
-
-int indexOf(const std::vector<std::string>& lines, const std::string& line, int from = 0) {
-    auto found = std::find(lines.begin() + from, lines.end(), line);
-    return (found == lines.end()) ? -1 : static_cast<int>(found - lines.begin());
+    ProductionScript production;
+    production.paths = PATHS;
+    production.system = system;
+    production.timeline = timeline;
+    return production.text();
 }
 
 // Counts what the loader does to each effect object.
@@ -92,33 +83,6 @@ public:
 ProbeEffect* probe(const std::string& name) {
     return dynamic_cast<ProbeEffect*>(KVLDemosys::effectPool->getEffect(name));
 }
-
-// The working directory of one test, with the production's definition
-// files, and the loader on the script in it.
-class Workspace {
-public:
-    void enter() {
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
-        std::filesystem::current_path(directory.path());
-    }
-    void leave() {
-        if (!disposed) {
-            logOf([this] { loader.dispose(); });
-        }
-        std::filesystem::current_path(previous);
-    }
-    void write(const std::string& text) const { directory.write(SCRIPT, text); }
-    std::string dispose() {
-        disposed = true;
-        return logOf([this] { loader.dispose(); });
-    }
-
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
-    bool disposed = false;
-};
 
 } // namespace
 
@@ -163,7 +127,7 @@ protected:
         return results;
     }
 
-    Workspace space;
+    LoaderWorkspace space;
 };
 
 TEST_F(ResourceLoaderSteps, LoaderStartsValidWithTheUnknownMessage) {
@@ -464,7 +428,7 @@ protected:
         space.directory.write("resources/definitions/ProbeEffect.def", "parameters {\n}\n");
     }
 
-    Workspace space;
+    LoaderWorkspace space;
 };
 
 TEST_F(ResourceLoaderInWindow, LoadSoundWithTheMusicOffLoadsNothingAndStillTicks) {
@@ -679,7 +643,7 @@ TEST_F(ResourceLoaderInWindow, ReloadOfABrokenTimelineKeepsTheOldOneAndTheLoader
 TEST_F(ResourceLoaderInWindow, ReloadOfAMissingScriptReturnsFalseAndKeepsTheLoaderValid) {
     loadScript(fadeScript());
     Timeline* before = KVLDemosys::timeline;
-    std::filesystem::remove(SCRIPT);
+    std::filesystem::remove(ProductionScript::PATH);
     bool result = true;
     std::string log = logOf([&] { result = loader().reload(); });
     EXPECT_FALSE(result);

@@ -4,12 +4,15 @@
 #include "runtime/ProgressBar.h"
 #include "runtime/ResourceLoader.h"
 #include "support/GLTestWindow.h"
+#include "support/LoaderWorkspace.h"
 #include "support/PlayerProcess.h"
+#include "support/ProductionScript.h"
+#include "support/ShaderSources.h"
+#include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,44 +21,19 @@
 
 namespace {
 
-const std::string SCRIPT = "resources/scripts/demoscript.txt";
-
-const std::string VERTEX = "#version 110\n"
-                           "void main() {\n"
-                           "    gl_TexCoord[0] = gl_MultiTexCoord0;\n"
-                           "    gl_Position = gl_Vertex;\n"
-                           "}\n";
-
+// Red as strong as the uniform "level".
 const std::string FRAGMENT = "#version 110\n"
                              "uniform float level;\n"
                              "void main() {\n"
                              "    gl_FragColor = vec4(level, 0.0, 0.0, 1.0);\n"
                              "}\n";
 
-const std::string BROKEN = "#version 110\n"
-                           "void main() {\n"
-                           "    gl_FragColor = notDeclaredAnywhere;\n"
-                           "}\n";
-
-// Compiles, but calls a function that neither shader of the pair defines.
-const std::string UNRESOLVED = "#version 110\n"
-                               "vec4 elsewhere();\n"
-                               "void main() {\n"
-                               "    gl_FragColor = elsewhere();\n"
-                               "}\n";
-
 std::string script(const std::string& shaders) {
-    return "{KVLDS1}\n"
-           "paths { definition = resources/definitions/; shaders = resources/shaders/; "
-           "misc = resources/misc/; sound = resources/music/; }\n"
-           "system { start = 00:00:000; }\n"
-           "screen { width = 64; height = 64; }\n"
-           "sound { play = 0; }\n" +
-           shaders +
-           "\nfade * FadeEffect { ; }\n"
-           "timeline {\n"
-           "fade.start(00:00:000, 10);\n"
-           "}\n";
+    ProductionScript production;
+    production.paths = "definition = resources/definitions/; shaders = resources/shaders/; "
+                       "misc = resources/misc/; sound = resources/music/;";
+    production.blocks = shaders;
+    return production.text();
 }
 
 std::vector<std::string> lines(const std::string& text) {
@@ -85,46 +63,31 @@ class ShaderBlock : public GLTestWindow {
 protected:
     void SetUp() override {
         GLTestWindow::SetUp();
-        previous = std::filesystem::current_path();
-        directory.copyFromSource("resources/definitions");
-        std::filesystem::current_path(directory.path());
-        testing::internal::CaptureStdout();
-        loader.createDataPools();
-        testing::internal::GetCapturedStdout();
+        space.enter();
+        logOf([this] { loader.createDataPools(); });
     }
     void TearDown() override {
-        testing::internal::CaptureStdout();
-        loader.dispose();
-        testing::internal::GetCapturedStdout();
-        std::filesystem::current_path(previous);
+        space.leave();
         GLTestWindow::TearDown();
     }
 
     void writeShader(const std::string& stem, const std::string& vertex,
                      const std::string& fragment) {
-        if (!vertex.empty()) {
-            directory.write("resources/shaders/" + stem + ".vert", vertex);
-        }
-        if (!fragment.empty()) {
-            directory.write("resources/shaders/" + stem + ".frag", fragment);
-        }
+        writeShaderPair(directory, stem, vertex, fragment);
     }
 
     // Parses the script and reads the data blocks; the log of the data blocks.
     std::vector<std::string> load(const std::string& shaders) {
-        directory.write(SCRIPT, script(shaders));
-        testing::internal::CaptureStdout();
-        bool parsed = loader.parseConfig();
-        testing::internal::GetCapturedStdout();
+        space.write(script(shaders));
+        bool parsed = false;
+        logOf([&] { parsed = loader.parseConfig(); });
         EXPECT_TRUE(parsed) << loader.getErrorMessage();
-        testing::internal::CaptureStdout();
-        result = parsed && loader.loadDataFiles();
-        return lines(testing::internal::GetCapturedStdout());
+        return lines(logOf([&] { result = parsed && loader.loadDataFiles(); }));
     }
 
-    TempDir directory;
-    std::filesystem::path previous;
-    ResourceLoader loader{SCRIPT};
+    LoaderWorkspace space;
+    TempDir& directory = space.directory;
+    ResourceLoader& loader = space.loader;
     bool result = false;
 };
 
@@ -139,8 +102,8 @@ TEST_F(ShaderBlock, ScriptWithoutAShadersBlockSaysThereAreNoShadersToLoad) {
 }
 
 TEST_F(ShaderBlock, EachEntryIsCompiledLinkedAndStoredUnderItsName) {
-    writeShader("red", VERTEX, FRAGMENT);
-    writeShader("blue", VERTEX, FRAGMENT);
+    writeShader("red", PASS_VERTEX, FRAGMENT);
+    writeShader("blue", PASS_VERTEX, FRAGMENT);
     std::vector<std::string> log = load("shaders { second = blue; first = red; }");
     EXPECT_TRUE(result) << loader.getErrorMessage();
     EXPECT_TRUE(loader.isValid());
@@ -151,13 +114,13 @@ TEST_F(ShaderBlock, EachEntryIsCompiledLinkedAndStoredUnderItsName) {
     ASSERT_EQ(2, KVLDemosys::shaderPool->size());
     ASSERT_TRUE(KVLDemosys::shaderPool->exists("first"));
     ASSERT_TRUE(KVLDemosys::shaderPool->exists("second"));
-    EXPECT_EQ("Shader(Vertex source length = " + std::to_string(VERTEX.size()) +
+    EXPECT_EQ("Shader(Vertex source length = " + std::to_string(PASS_VERTEX.size()) +
                   ", Fragment source length = " + std::to_string(FRAGMENT.size()) + ")",
               KVLDemosys::shaderPool->getShader("first")->toString());
 }
 
 TEST_F(ShaderBlock, LoadedShaderIsReadyToDrawWithItsUniforms) {
-    writeShader("red", VERTEX, FRAGMENT);
+    writeShader("red", PASS_VERTEX, FRAGMENT);
     load("shaders { red = red; }");
     ASSERT_TRUE(result) << loader.getErrorMessage();
     Shader* shader = KVLDemosys::shaderPool->getShader("red");
@@ -178,7 +141,7 @@ TEST_F(ShaderBlock, LoadedShaderIsReadyToDrawWithItsUniforms) {
 }
 
 TEST_F(ShaderBlock, StemIsUsedAsItStandsBelowTheShaderPath) {
-    writeShader("post/glow", VERTEX, FRAGMENT);
+    writeShader("post/glow", PASS_VERTEX, FRAGMENT);
     std::vector<std::string> log = load("shaders { glow = post/glow; }");
     EXPECT_TRUE(result) << loader.getErrorMessage();
     EXPECT_EQ("Loading shader glow = post/glow", shaderBlockLines(log).back());
@@ -186,8 +149,8 @@ TEST_F(ShaderBlock, StemIsUsedAsItStandsBelowTheShaderPath) {
 }
 
 TEST_F(ShaderBlock, ShaderEntriesGiveNoTicks) {
-    writeShader("red", VERTEX, FRAGMENT);
-    writeShader("blue", VERTEX, FRAGMENT);
+    writeShader("red", PASS_VERTEX, FRAGMENT);
+    writeShader("blue", PASS_VERTEX, FRAGMENT);
     load("shaders { a = red; b = blue; }");
     ASSERT_TRUE(result) << loader.getErrorMessage();
     ASSERT_NE(nullptr, loader.getProgressBar());
@@ -207,7 +170,7 @@ TEST_F(ShaderBlock, MissingVertexFileStopsTheLoadAndMakesTheLoaderInvalid) {
 }
 
 TEST_F(ShaderBlock, MissingFragmentFileStopsTheLoadButLeavesTheLoaderValid) {
-    writeShader("glow", VERTEX, "");
+    writeShader("glow", PASS_VERTEX, "");
     std::vector<std::string> log = load("shaders { glow = glow; }");
     EXPECT_FALSE(result);
     EXPECT_TRUE(loader.isValid());
@@ -219,7 +182,7 @@ TEST_F(ShaderBlock, MissingFragmentFileStopsTheLoadButLeavesTheLoaderValid) {
 }
 
 TEST_F(ShaderBlock, VertexCompileErrorNamesTheVertFileAndAppendsTheCompilerLog) {
-    writeShader("glow", BROKEN, FRAGMENT);
+    writeShader("glow", BROKEN_FRAGMENT, FRAGMENT);
     load("shaders { glow = glow; }");
     EXPECT_FALSE(result);
     EXPECT_FALSE(loader.isValid());
@@ -230,7 +193,7 @@ TEST_F(ShaderBlock, VertexCompileErrorNamesTheVertFileAndAppendsTheCompilerLog) 
 }
 
 TEST_F(ShaderBlock, FragmentCompileErrorNamesTheFragFileAndAppendsTheCompilerLog) {
-    writeShader("glow", VERTEX, BROKEN);
+    writeShader("glow", PASS_VERTEX, BROKEN_FRAGMENT);
     load("shaders { glow = glow; }");
     EXPECT_FALSE(result);
     EXPECT_FALSE(loader.isValid());
@@ -241,7 +204,7 @@ TEST_F(ShaderBlock, FragmentCompileErrorNamesTheFragFileAndAppendsTheCompilerLog
 }
 
 TEST_F(ShaderBlock, LinkErrorNamesTheStemWithoutAnExtension) {
-    writeShader("glow", VERTEX, UNRESOLVED);
+    writeShader("glow", PASS_VERTEX, UNRESOLVED_FRAGMENT);
     load("shaders { glow = glow; }");
     EXPECT_FALSE(result);
     EXPECT_FALSE(loader.isValid());
@@ -252,8 +215,8 @@ TEST_F(ShaderBlock, LinkErrorNamesTheStemWithoutAnExtension) {
 }
 
 TEST_F(ShaderBlock, FirstFailingEntryStopsTheBlockAndLaterEntriesAreNeverRead) {
-    writeShader("good", VERTEX, FRAGMENT);
-    writeShader("bad", BROKEN, FRAGMENT);
+    writeShader("good", PASS_VERTEX, FRAGMENT);
+    writeShader("bad", BROKEN_FRAGMENT, FRAGMENT);
     // Entries go in name order: a, b, c.
     std::vector<std::string> log = load("shaders { c = good; b = bad; a = good; }");
     EXPECT_FALSE(result);
