@@ -6,14 +6,13 @@
 #include "runtime/DataAnimationPool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/ProgressBar.h"
-#include "support/LoaderWorkspace.h"
+#include "support/LoaderFixture.h"
 #include "support/LogLines.h"
 #include "support/PlayerProcess.h"
 #include "support/ProductionScript.h"
 #include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -41,28 +40,13 @@ std::string script(const std::string& blocks, const std::string& misc = "resourc
 
 } // namespace
 
-class AnimationBlock : public ::testing::Test {
+class AnimationBlock : public LoaderFixture {
 protected:
-    void SetUp() override {
-        KVLDemosys::resetState();
-        space.enter();
-    }
-    void TearDown() override {
-        space.leave();
-        SDL_Quit();
-        KVLDemosys::resetState();
-    }
-
     // Script, screen and the loader's data blocks; the lines of loadDataFiles
     // from the animation header on.
     std::vector<std::string> load(const std::string& text) {
-        space.write(text);
-        bool ready = space.openScreen();
-        EXPECT_TRUE(ready) << loader.getErrorMessage();
-        ticksBefore = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
-        lastLog = logOf([&] { result = loader.loadDataFiles(); });
+        lastLog = loadDataFiles(text);
         std::vector<std::string> lines = splitLines(lastLog);
-        ticksAfter = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
         int header = indexOf(lines, "[Loading Animation Data]");
         EXPECT_GE(header, 0);
         if (header < 0) {
@@ -71,13 +55,7 @@ protected:
         return std::vector<std::string>(lines.begin() + header, lines.end());
     }
 
-    LoaderWorkspace space;
-    TempDir& directory = space.directory;
-    ResourceLoader& loader = space.loader;
-    bool result = false;
     std::string lastLog;
-    int ticksBefore = 0;
-    int ticksAfter = 0;
 };
 
 TEST_F(AnimationBlock, ScriptWithoutAnAnimationBlockSaysNoAnimationDataAndLoadingGoesOn) {

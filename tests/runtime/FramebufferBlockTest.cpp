@@ -4,14 +4,12 @@
 #include "graphics/Texture.h"
 #include "runtime/DataFBOPool.h"
 #include "runtime/KVLDemosys.h"
-#include "support/LoaderWorkspace.h"
-#include "support/LogLines.h"
+#include "support/LoaderFixture.h"
 #include "support/ProductionScript.h"
 #include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
 #include <GL/glew.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -65,18 +63,8 @@ std::array<GLint, 4> currentViewport() {
 
 } // namespace
 
-class FramebufferBlock : public ::testing::Test {
+class FramebufferBlock : public LoaderFixture {
 protected:
-    void SetUp() override {
-        KVLDemosys::resetState();
-        space.enter();
-    }
-    void TearDown() override {
-        space.leave();
-        SDL_Quit();
-        KVLDemosys::resetState();
-    }
-
     // Runs the loader up to and through its data blocks; the log of the
     // data blocks comes back, the result in `loaded`.
     std::string load(const std::string& framebuffers) {
@@ -94,9 +82,6 @@ protected:
         return KVLDemosys::fboPool->exists(name) ? KVLDemosys::fboPool->getFBO(name) : nullptr;
     }
 
-    LoaderWorkspace space;
-    TempDir& directory = space.directory;
-    ResourceLoader& loader = space.loader;
     bool loaded = false;
 };
 

@@ -9,15 +9,13 @@
 #include "runtime/DataTexturePool.h"
 #include "runtime/KVLDemosys.h"
 #include "runtime/ProgressBar.h"
-#include "support/LoaderWorkspace.h"
-#include "support/LogLines.h"
+#include "support/LoaderFixture.h"
 #include "support/PlayerProcess.h"
 #include "support/PngWriter.h"
 #include "support/ProductionScript.h"
 #include "support/StdoutCapture.h"
 #include "support/TempDir.h"
 
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -61,40 +59,19 @@ std::string pointerText(const void* pointer) {
 
 } // namespace
 
-class ObjectBlock : public ::testing::Test {
+class ObjectBlock : public LoaderFixture {
 protected:
-    void SetUp() override {
-        KVLDemosys::resetState();
-        space.enter();
-    }
-    void TearDown() override {
-        space.leave();
-        SDL_Quit();
-        KVLDemosys::resetState();
-    }
-
     // Script, screen and the loader's data blocks; the lines of loadDataFiles
     // from the objects header up to the animation header.
     std::vector<std::string> load(const std::string& text) {
-        space.write(text);
-        bool ready = space.openScreen();
-        EXPECT_TRUE(ready) << loader.getErrorMessage();
-        ticksBefore = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
-        all = splitLines(logOf([&] { result = loader.loadDataFiles(); }));
-        ticksAfter = loader.getProgressBar() ? loader.getProgressBar()->getTickCount() : -1;
+        all = splitLines(loadDataFiles(text));
         auto first = std::find(all.begin(), all.end(), "[Loading 3D Objects]");
         auto last = std::find(first, all.end(), "[Loading Animation Data]");
         EXPECT_NE(all.end(), first);
         return std::vector<std::string>(first, last);
     }
 
-    LoaderWorkspace space;
-    TempDir& directory = space.directory;
-    ResourceLoader& loader = space.loader;
     std::vector<std::string> all;
-    bool result = false;
-    int ticksBefore = 0;
-    int ticksAfter = 0;
 };
 
 TEST_F(ObjectBlock, ScriptWithoutObjectAndAnimationBlocksPassesBothHeadersWithTheirLines) {

@@ -17,6 +17,7 @@
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
 #include "support/GLTestWindow.h"
+#include "support/LoaderFixture.h"
 #include "support/LoaderWorkspace.h"
 #include "support/LogLines.h"
 #include "support/PlayerProcess.h"
@@ -31,7 +32,6 @@
 #include "timeline/Timeline.h"
 
 #include <GL/glew.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -88,58 +88,44 @@ ProbeEffect* probe(const std::string& name) {
 
 // Steps that need no GL context, and the whole sequence, whose initScreen
 // opens the window itself.
-class ResourceLoaderSteps : public ::testing::Test {
+class ResourceLoaderSteps : public LoaderFixture {
 protected:
-    void SetUp() override {
-        KVLDemosys::resetState();
-        space.enter();
-    }
-    void TearDown() override {
-        space.leave();
-        SDL_Quit();
-        KVLDemosys::resetState();
-    }
-
-    ResourceLoader& loader() { return space.loader; }
     void makePools() {
-        logOf([this] { loader().createDataPools(); });
+        logOf([this] { loader.createDataPools(); });
     }
     // Demo::load and Demo::init, with the results of the steps.
     std::vector<bool> loadAll(std::vector<int>* ticks = nullptr) {
         std::vector<bool> results;
         auto record = [&](bool result) {
             results.push_back(result);
-            if (ticks != nullptr && loader().getProgressBar() != nullptr) {
-                ticks->push_back(loader().getProgressBar()->getTickCount());
+            if (ticks != nullptr && loader.getProgressBar() != nullptr) {
+                ticks->push_back(loader.getProgressBar()->getTickCount());
             }
         };
         logOf([&] {
-            record(loader().createDataPools());
-            record(loader().parseConfig());
-            record(loader().initScreen());
+            record(loader.createDataPools());
+            record(loader.parseConfig());
+            record(loader.initScreen());
             record(glewInit() == GLEW_OK);
-            record(loader().loadDataFiles());
-            record(loader().loadSound());
-            record(loader().createEffectObjects());
-            record(loader().createTimeline());
-            record(loader().initDemo());
+            record(loader.loadDataFiles());
+            record(loader.loadSound());
+            record(loader.createEffectObjects());
+            record(loader.createTimeline());
+            record(loader.initDemo());
         });
         return results;
     }
-
-    LoaderWorkspace space;
 };
 
 TEST_F(ResourceLoaderSteps, LoaderStartsValidWithTheUnknownMessage) {
-    EXPECT_TRUE(loader().isValid());
-    EXPECT_EQ("ResourceLoader : unknown", loader().getErrorMessage());
-    EXPECT_EQ(nullptr, loader().getProgressBar());
+    EXPECT_TRUE(loader.isValid());
+    EXPECT_EQ("ResourceLoader : unknown", loader.getErrorMessage());
+    EXPECT_EQ(nullptr, loader.getProgressBar());
 }
 
 TEST_F(ResourceLoaderSteps, CreateDataPoolsLogsItsPhaseHeadersAndReturnsTrue) {
     bool result = false;
-    std::vector<std::string> lines =
-        splitLines(logOf([&] { result = loader().createDataPools(); }));
+    std::vector<std::string> lines = splitLines(logOf([&] { result = loader.createDataPools(); }));
     EXPECT_TRUE(result);
     ASSERT_GE(lines.size(), 4u);
     EXPECT_EQ("[Creating DataPools]", lines[0]);
@@ -194,12 +180,12 @@ TEST_F(ResourceLoaderSteps, ScriptWithNoObjectsGraphicsOrAnimationGivesABarOfFou
     space.write(fadeScript());
     makePools();
     bool result = false;
-    logOf([&] { result = loader().parseConfig(); });
-    ASSERT_TRUE(result) << loader().getErrorMessage();
-    ASSERT_NE(nullptr, loader().getProgressBar());
-    EXPECT_EQ(4, loader().getProgressBar()->getMaxTicks());
-    EXPECT_EQ(0, loader().getProgressBar()->getTickCount());
-    EXPECT_EQ(0.0f, loader().getProgressBar()->getProgress());
+    logOf([&] { result = loader.parseConfig(); });
+    ASSERT_TRUE(result) << loader.getErrorMessage();
+    ASSERT_NE(nullptr, loader.getProgressBar());
+    EXPECT_EQ(4, loader.getProgressBar()->getMaxTicks());
+    EXPECT_EQ(0, loader.getProgressBar()->getTickCount());
+    EXPECT_EQ(0.0f, loader.getProgressBar()->getProgress());
 }
 
 TEST_F(ResourceLoaderSteps, EachGraphicsObjectAndAnimationEntryAddsATickButOtherBlocksDoNot) {
@@ -211,17 +197,17 @@ TEST_F(ResourceLoaderSteps, EachGraphicsObjectAndAnimationEntryAddsATickButOther
                                "framebuffers { g = 64, 64, COLOR_BUFFER; }\n");
     makePools();
     bool result = false;
-    logOf([&] { result = loader().parseConfig(); });
-    ASSERT_TRUE(result) << loader().getErrorMessage();
-    EXPECT_EQ(2 + 1 + 1 + 4, loader().getProgressBar()->getMaxTicks());
+    logOf([&] { result = loader.parseConfig(); });
+    ASSERT_TRUE(result) << loader.getErrorMessage();
+    EXPECT_EQ(2 + 1 + 1 + 4, loader.getProgressBar()->getMaxTicks());
 }
 
 TEST_F(ResourceLoaderSteps, ParseConfigHandsTheParsersTwoStoresToTheSystem) {
     space.write(fadeScript());
     makePools();
     bool result = false;
-    std::vector<std::string> lines = splitLines(logOf([&] { result = loader().parseConfig(); }));
-    ASSERT_TRUE(result) << loader().getErrorMessage();
+    std::vector<std::string> lines = splitLines(logOf([&] { result = loader.parseConfig(); }));
+    ASSERT_TRUE(result) << loader.getErrorMessage();
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ("Parsing config", lines[0]);
     EXPECT_EQ("[Parsing defaults]", lines[1]);
@@ -231,24 +217,24 @@ TEST_F(ResourceLoaderSteps, ParseConfigHandsTheParsersTwoStoresToTheSystem) {
     EXPECT_EQ("64", KVLDemosys::parameters->getGroup("screen")->getParameter("width"));
     ASSERT_TRUE(KVLDemosys::effects->exist("fade"));
     EXPECT_EQ("FadeEffect", KVLDemosys::effects->getGroup("fade")->getParameter("class"));
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
 }
 
 TEST_F(ResourceLoaderSteps, FailedParseCopiesTheParsersMessageClearsValidAndMakesNoBar) {
     makePools();
     bool result = true;
-    logOf([&] { result = loader().parseConfig(); });
+    logOf([&] { result = loader.parseConfig(); });
     EXPECT_FALSE(result);
-    EXPECT_FALSE(loader().isValid());
+    EXPECT_FALSE(loader.isValid());
     EXPECT_EQ("DemoScriptParser : 'resources/scripts/demoscript.txt' not found!",
-              loader().getErrorMessage());
-    EXPECT_EQ(nullptr, loader().getProgressBar());
+              loader.getErrorMessage());
+    EXPECT_EQ(nullptr, loader.getProgressBar());
     EXPECT_EQ(nullptr, KVLDemosys::parameters);
     EXPECT_EQ(nullptr, KVLDemosys::effects);
 }
 
 TEST_F(ResourceLoaderSteps, PrintWithNothingLoadedSaysNoDataInEverySection) {
-    std::string report = logOf([this] { loader().print(); });
+    std::string report = logOf([this] { loader.print(); });
     EXPECT_EQ(RULE + "\n" + "# Resources                                                    #\n" +
                   RULE + "\n" +
                   "--------------------- System parameters ------------------------\n"
@@ -271,7 +257,7 @@ TEST_F(ResourceLoaderSteps, PrintWithNothingLoadedSaysNoDataInEverySection) {
 
 TEST_F(ResourceLoaderSteps, DisposeWithNothingLoadedWritesItsLinesInOrderWithoutTheExtensions) {
     bool result = false;
-    std::string log = logOf([&] { result = loader().dispose(); });
+    std::string log = logOf([&] { result = loader.dispose(); });
     space.disposed = true;
     EXPECT_TRUE(result);
     EXPECT_EQ("[Deleting Pools]\n"
@@ -286,7 +272,7 @@ TEST_F(ResourceLoaderSteps, DisposeWithNothingLoadedWritesItsLinesInOrderWithout
 TEST_F(ResourceLoaderSteps, DisposeFreesTheParserFirstAndEachPartRightAfterItsLine) {
     space.write(fadeScript());
     makePools();
-    logOf([this] { loader().parseConfig(); });
+    logOf([this] { loader.parseConfig(); });
     KVLDemosys::timeline = new Timeline();
     KVLDemosys::timeline->init();
     std::vector<std::string> lines = splitLines(space.dispose());
@@ -319,12 +305,12 @@ TEST_F(ResourceLoaderSteps, WholeLoadingSequenceTicksOnceInEachStepFromTheSoundO
     std::vector<int> ticks;
     std::vector<bool> results = loadAll(&ticks);
     EXPECT_EQ(std::vector<bool>(9, true), results);
-    ASSERT_NE(nullptr, loader().getProgressBar());
-    EXPECT_EQ(4, loader().getProgressBar()->getMaxTicks());
+    ASSERT_NE(nullptr, loader.getProgressBar());
+    EXPECT_EQ(4, loader.getProgressBar()->getMaxTicks());
     // After parseConfig, initScreen, glewInit, loadDataFiles (a binary entry
     // gives none), loadSound, createEffectObjects, createTimeline, initDemo.
     EXPECT_EQ((std::vector<int>{0, 0, 0, 0, 1, 2, 3, 4}), ticks);
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
 }
 
 // A 2x2 red RGB image.
@@ -340,10 +326,10 @@ TEST_F(ResourceLoaderSteps, GraphicsEntriesTickOnceEachAlsoWhenTheFileIsAlreadyL
     space.directory.write("resources/gfx/dot.png", DOT_PNG);
     std::vector<int> ticks;
     std::vector<bool> results = loadAll(&ticks);
-    ASSERT_EQ(std::vector<bool>(9, true), results) << loader().getErrorMessage();
-    EXPECT_EQ(6, loader().getProgressBar()->getMaxTicks());
+    ASSERT_EQ(std::vector<bool>(9, true), results) << loader.getErrorMessage();
+    EXPECT_EQ(6, loader.getProgressBar()->getMaxTicks());
     EXPECT_EQ((std::vector<int>{0, 0, 0, 2, 3, 4, 5, 6}), ticks);
-    EXPECT_FLOAT_EQ(5.0f / 6.0f, loader().getProgressBar()->getProgress());
+    EXPECT_FLOAT_EQ(5.0f / 6.0f, loader.getProgressBar()->getProgress());
     // The second entry names a file already in the pool: ticked, not loaded.
     EXPECT_EQ(1, KVLDemosys::texturePool->size());
 }
@@ -351,8 +337,8 @@ TEST_F(ResourceLoaderSteps, GraphicsEntriesTickOnceEachAlsoWhenTheFileIsAlreadyL
 TEST_F(ResourceLoaderSteps, BarNeverShowsFullAfterTheWholeSequence) {
     space.write(fadeScript());
     std::vector<bool> results = loadAll();
-    ASSERT_EQ(std::vector<bool>(9, true), results) << loader().getErrorMessage();
-    ProgressBar* bar = loader().getProgressBar();
+    ASSERT_EQ(std::vector<bool>(9, true), results) << loader.getErrorMessage();
+    ProgressBar* bar = loader.getProgressBar();
     ASSERT_NE(nullptr, bar);
     EXPECT_EQ(bar->getMaxTicks(), bar->getTickCount());
     EXPECT_FLOAT_EQ(3.0f / 4.0f, bar->getProgress());
@@ -365,10 +351,10 @@ TEST_F(ResourceLoaderSteps, InitScreenLogsTheModeAndTheExtensionListAndSetsTheVi
     space.write(script("system { start = 00:00:000; }\n"
                        "screen { width = 80; height = 60; bpp = 32; }\n"));
     makePools();
-    logOf([this] { loader().parseConfig(); });
+    logOf([this] { loader.parseConfig(); });
     bool result = false;
-    std::string log = logOf([&] { result = loader().initScreen(); });
-    ASSERT_TRUE(result) << loader().getErrorMessage();
+    std::string log = logOf([&] { result = loader.initScreen(); });
+    ASSERT_TRUE(result) << loader.getErrorMessage();
     ASSERT_NE(nullptr, KVLDemosys::glExtensions);
     EXPECT_EQ("Open screen : 80x60,32\n[Supported OpenGL Extensions]\n" +
                   KVLDemosys::glExtensions->toString(),
@@ -377,15 +363,15 @@ TEST_F(ResourceLoaderSteps, InitScreenLogsTheModeAndTheExtensionListAndSetsTheVi
     glGetIntegerv(GL_VIEWPORT, viewport);
     EXPECT_EQ(80, viewport[2]);
     EXPECT_EQ(60, viewport[3]);
-    EXPECT_EQ(0, loader().getProgressBar()->getTickCount());
+    EXPECT_EQ(0, loader.getProgressBar()->getTickCount());
 }
 
 TEST_F(ResourceLoaderSteps, DisposeAfterInitScreenEndsWithTheExtensionsLine) {
     space.write(fadeScript());
     makePools();
     logOf([this] {
-        loader().parseConfig();
-        loader().initScreen();
+        loader.parseConfig();
+        loader.initScreen();
     });
     ASSERT_NE(nullptr, KVLDemosys::glExtensions);
     std::vector<std::string> lines = splitLines(space.dispose());
@@ -400,14 +386,13 @@ protected:
     void SetUp() override {
         GLTestWindow::SetUp();
         space.enter();
-        logOf([this] { loader().createDataPools(); });
+        logOf([this] { loader.createDataPools(); });
     }
     void TearDown() override {
         space.leave();
         GLTestWindow::TearDown();
     }
 
-    ResourceLoader& loader() { return space.loader; }
     int ticks() const { return space.loader.getProgressBar()->getTickCount(); }
     // parseConfig, createEffectObjects and createTimeline, all of which must
     // succeed.
@@ -417,11 +402,11 @@ protected:
         bool created = false;
         bool timeline = false;
         logOf([&] {
-            parsed = loader().parseConfig();
-            created = parsed && loader().createEffectObjects();
-            timeline = created && loader().createTimeline();
+            parsed = loader.parseConfig();
+            created = parsed && loader.createEffectObjects();
+            timeline = created && loader.createTimeline();
         });
-        ASSERT_TRUE(parsed && created && timeline) << loader().getErrorMessage();
+        ASSERT_TRUE(parsed && created && timeline) << loader.getErrorMessage();
     }
     void addProbeTemplate() {
         KVLDemosys::effectTemplatePool->addEffect("ProbeEffect", new ProbeEffect());
@@ -429,13 +414,14 @@ protected:
     }
 
     LoaderWorkspace space;
+    ResourceLoader& loader = space.loader;
 };
 
 TEST_F(ResourceLoaderInWindow, LoadSoundWithTheMusicOffLoadsNothingAndStillTicks) {
     space.write(fadeScript());
-    logOf([this] { loader().parseConfig(); });
+    logOf([this] { loader.parseConfig(); });
     bool result = false;
-    std::string log = logOf([&] { result = loader().loadSound(); });
+    std::string log = logOf([&] { result = loader.loadSound(); });
     EXPECT_TRUE(result);
     EXPECT_EQ("[Setting up sound]\n", log);
     EXPECT_FALSE(KVLDemosys::music);
@@ -446,13 +432,12 @@ TEST_F(ResourceLoaderInWindow, FailedMusicLoadGivesNoTick) {
     space.write(script("system { start = 00:00:000; }\n"
                        "screen { width = 64; height = 64; }\n"
                        "sound { file = none.ogg; play = 1; }\n"));
-    logOf([this] { loader().parseConfig(); });
+    logOf([this] { loader.parseConfig(); });
     bool result = true;
-    std::string log = logOf([&] { result = loader().loadSound(); });
+    std::string log = logOf([&] { result = loader.loadSound(); });
     EXPECT_FALSE(result);
-    EXPECT_FALSE(loader().isValid());
-    EXPECT_EQ("Failed to load sound!\nFile : 'resources/music/none.ogg'",
-              loader().getErrorMessage());
+    EXPECT_FALSE(loader.isValid());
+    EXPECT_EQ("Failed to load sound!\nFile : 'resources/music/none.ogg'", loader.getErrorMessage());
     EXPECT_EQ("[Setting up sound]\nPlay : resources/music/none.ogg\nKVLDemosys::soundInit()\n",
               log);
     EXPECT_EQ(0, ticks());
@@ -463,9 +448,9 @@ TEST_F(ResourceLoaderInWindow, CreateEffectObjectsMakesAnInitialisedInstanceForE
     space.write(script("system { start = 00:00:000; }\n"
                        "a * ProbeEffect { ; }\n"
                        "b * ProbeEffect { ; }\n"));
-    logOf([this] { loader().parseConfig(); });
+    logOf([this] { loader.parseConfig(); });
     bool result = false;
-    std::string log = logOf([&] { result = loader().createEffectObjects(); });
+    std::string log = logOf([&] { result = loader.createEffectObjects(); });
     EXPECT_TRUE(result);
     EXPECT_EQ("[Create effect objects]\nProbeEffect.init()\nProbeEffect.init()\n", log);
     ASSERT_NE(nullptr, probe("a"));
@@ -487,7 +472,7 @@ TEST_F(ResourceLoaderInWindow, ResetAllEffectsResetsEveryEffectObjectOnce) {
                       "b * ProbeEffect { ; }\n"
                       "c * ProbeEffect { ; }\n"));
     ASSERT_EQ(0, probe("a")->resets);
-    loader().resetAllEffects();
+    loader.resetAllEffects();
     EXPECT_EQ(1, probe("a")->resets);
     EXPECT_EQ(1, probe("b")->resets);
     EXPECT_EQ(1, probe("c")->resets);
@@ -503,7 +488,7 @@ TEST_F(ResourceLoaderInWindow, ResetAllEffectsLeavesRunningEffectsInTheActionPoo
                       "timeline { a.start(00:00:000, 20); }\n"));
     logOf([] { KVLDemosys::timeline->watch(); });
     ASSERT_EQ(1, KVLDemosys::action->countEffects());
-    loader().resetAllEffects();
+    loader.resetAllEffects();
     EXPECT_EQ(1, probe("a")->resets);
     EXPECT_EQ(1, KVLDemosys::action->countEffects());
 }
@@ -512,11 +497,11 @@ TEST_F(ResourceLoaderInWindow, CreateTimelineBuildsAndListsTheEventsAndTicks) {
     space.write(fadeScript("start = 00:00:000;", "fade.start(00:00:000, 10);\n"
                                                  "fade.stop(00:02:000);"));
     logOf([this] {
-        loader().parseConfig();
-        loader().createEffectObjects();
+        loader.parseConfig();
+        loader.createEffectObjects();
     });
     bool result = false;
-    std::string log = logOf([&] { result = loader().createTimeline(); });
+    std::string log = logOf([&] { result = loader.createTimeline(); });
     EXPECT_TRUE(result);
     EXPECT_EQ("[Parsing timeline]\n[Parsing timeline - DONE]\n[Timeline init]\n", log);
     ASSERT_NE(nullptr, KVLDemosys::timeline);
@@ -528,16 +513,16 @@ TEST_F(ResourceLoaderInWindow, CreateTimelineBuildsAndListsTheEventsAndTicks) {
 TEST_F(ResourceLoaderInWindow, TimelineErrorReturnsFalseButLeavesTheLoaderValid) {
     space.write(fadeScript("start = 00:00:000;", "nobody.start(00:00:000);"));
     logOf([this] {
-        loader().parseConfig();
-        loader().createEffectObjects();
+        loader.parseConfig();
+        loader.createEffectObjects();
     });
     bool result = true;
-    std::string log = logOf([&] { result = loader().createTimeline(); });
+    std::string log = logOf([&] { result = loader.createTimeline(); });
     EXPECT_FALSE(result);
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
     EXPECT_EQ("Error Pasing Timeline!\nScript object 'nobody' not found\n"
               "Probable Cause : Spelling error?",
-              loader().getErrorMessage());
+              loader.getErrorMessage());
     EXPECT_EQ(nullptr, KVLDemosys::timeline);
     EXPECT_EQ(std::string::npos, log.find("[Parsing timeline - DONE]"));
     EXPECT_EQ(1, ticks());
@@ -546,12 +531,12 @@ TEST_F(ResourceLoaderInWindow, TimelineErrorReturnsFalseButLeavesTheLoaderValid)
 TEST_F(ResourceLoaderInWindow, InitDemoLogsTheStartPositionAndTicksButIgnoresItWithMusicOff) {
     loadScript(fadeScript("start = 00:02:500;"));
     bool result = false;
-    std::string log = logOf([&] { result = loader().initDemo(); });
+    std::string log = logOf([&] { result = loader.initDemo(); });
     EXPECT_TRUE(result);
     EXPECT_EQ("[Getting Startpos]\nstartpos = (0000002500)-[00:02:500]\n[Demo Init]\n", log);
     EXPECT_EQ(0u, KVLDemosys::timeline->getOffset());
     EXPECT_EQ(3, ticks());
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
 }
 
 TEST_F(ResourceLoaderInWindow, InitDemoWithoutASoundBlockIgnoresTheStartPosition) {
@@ -559,7 +544,7 @@ TEST_F(ResourceLoaderInWindow, InitDemoWithoutASoundBlockIgnoresTheStartPosition
                       "fade * FadeEffect { ; }\n"
                       "timeline { fade.start(00:00:000, 10); }\n"));
     bool result = false;
-    std::string log = logOf([&] { result = loader().initDemo(); });
+    std::string log = logOf([&] { result = loader.initDemo(); });
     EXPECT_TRUE(result);
     EXPECT_EQ(std::string::npos, log.find("Timeline::moveTo("));
     EXPECT_EQ(0u, KVLDemosys::timeline->getOffset());
@@ -573,14 +558,14 @@ TEST_F(ResourceLoaderInWindow, ReloadReplacesTheTimelineAndKeepsItsOffset) {
     space.write(fadeScript("start = 00:00:000;", "fade.start(00:00:000, 10);\n"
                                                  "fade.stop(00:05:000);"));
     bool result = false;
-    logOf([&] { result = loader().reload(); });
-    ASSERT_TRUE(result) << loader().getErrorMessage();
+    logOf([&] { result = loader.reload(); });
+    ASSERT_TRUE(result) << loader.getErrorMessage();
     ASSERT_NE(nullptr, KVLDemosys::timeline);
     EXPECT_NE(before, KVLDemosys::timeline);
     EXPECT_EQ(1234u, KVLDemosys::timeline->getOffset());
     EXPECT_NE(std::string::npos,
               KVLDemosys::timeline->toString().find("(0000005000)-[00:05:000] = EventStopEffect"));
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
 }
 
 TEST_F(ResourceLoaderInWindow, ReloadEmptiesTheActionPool) {
@@ -588,14 +573,14 @@ TEST_F(ResourceLoaderInWindow, ReloadEmptiesTheActionPool) {
     logOf([] { KVLDemosys::timeline->watch(); });
     ASSERT_EQ(1, KVLDemosys::action->countEffects());
     bool result = false;
-    logOf([&] { result = loader().reload(); });
+    logOf([&] { result = loader.reload(); });
     EXPECT_TRUE(result);
     EXPECT_EQ(0, KVLDemosys::action->countEffects());
 }
 
 TEST_F(ResourceLoaderInWindow, ReloadLogsItsStepsAndDoneAfterTheOldTimelineIsGone) {
     loadScript(fadeScript());
-    std::vector<std::string> lines = splitLines(logOf([this] { loader().reload(); }));
+    std::vector<std::string> lines = splitLines(logOf([this] { loader.reload(); }));
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ("ResourceLoader::reload()", lines[0]);
     EXPECT_EQ("Parsing demoscript...", lines[1]);
@@ -614,7 +599,7 @@ TEST_F(ResourceLoaderInWindow, ReloadKeepsTheEffectObjectsAndTheStoresOfTheFirst
     Parameters* effects = KVLDemosys::effects;
     space.write(fadeScript("start = 00:07:000;"));
     bool result = false;
-    logOf([&] { result = loader().reload(); });
+    logOf([&] { result = loader.reload(); });
     ASSERT_TRUE(result);
     EXPECT_EQ(fade, KVLDemosys::effectPool->getEffect("fade"));
     EXPECT_EQ(parameters, KVLDemosys::parameters);
@@ -629,12 +614,12 @@ TEST_F(ResourceLoaderInWindow, ReloadOfABrokenTimelineKeepsTheOldOneAndTheLoader
     space.write(fadeScript("start = 00:00:000;", "fade.start(00:00:000, 10);\n"
                                                  "nobody.stop(00:01:000);"));
     bool result = true;
-    std::string log = logOf([&] { result = loader().reload(); });
+    std::string log = logOf([&] { result = loader.reload(); });
     EXPECT_FALSE(result);
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
     EXPECT_EQ("Error Pasing Timeline!\nScript object 'nobody' not found\n"
               "Probable Cause : Spelling error?",
-              loader().getErrorMessage());
+              loader.getErrorMessage());
     EXPECT_EQ(before, KVLDemosys::timeline);
     EXPECT_EQ(1, KVLDemosys::action->countEffects());
     EXPECT_EQ(std::string::npos, log.find("ResourceLoader::reload() - Done"));
@@ -645,11 +630,11 @@ TEST_F(ResourceLoaderInWindow, ReloadOfAMissingScriptReturnsFalseAndKeepsTheLoad
     Timeline* before = KVLDemosys::timeline;
     std::filesystem::remove(ProductionScript::PATH);
     bool result = true;
-    std::string log = logOf([&] { result = loader().reload(); });
+    std::string log = logOf([&] { result = loader.reload(); });
     EXPECT_FALSE(result);
-    EXPECT_TRUE(loader().isValid());
+    EXPECT_TRUE(loader.isValid());
     EXPECT_EQ("DemoScriptParser : 'resources/scripts/demoscript.txt' not found!",
-              loader().getErrorMessage());
+              loader.getErrorMessage());
     EXPECT_EQ(before, KVLDemosys::timeline);
     EXPECT_EQ(std::string::npos, log.find("Parsing timeline..."));
 }
