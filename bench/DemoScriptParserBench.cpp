@@ -6,6 +6,7 @@
 #include "script/DemoScriptParser.h"
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
+#include "support/ExampleDefinition.h"
 #include "timeline/Effect.h"
 #include "timeline/EventModifyEffect.h"
 #include "timeline/EventStartEffect.h"
@@ -28,21 +29,6 @@ class BenchEffect : public Effect {
 public:
     Effect* getInstance() override { return new BenchEffect(); }
 };
-
-const char* const BENCH_DEFINITION =
-    "parameters {\n"
-    "    speed[type=float][default=1.0];\n"
-    "    count[type=int][default=16];\n"
-    "    wrap[type=bool][default=false];\n"
-    "    mode[type=string][values=add,blend,replace][default=blend];\n"
-    "    texture[type=string][values=<string>][default=none];\n"
-    "}\n"
-    "methods {\n"
-    "    setSpeed(<event>, <float>);\n"
-    "    setTexture(<event>, <string>);\n"
-    "    fade(<event>, <time>, <time>, <float>);\n"
-    "    burst(<event>, <integer>, <bool>);\n"
-    "}\n";
 
 const int OBJECTS = 4;
 
@@ -114,7 +100,7 @@ public:
             root = pattern;
         }
         std::filesystem::create_directories(root / "definitions");
-        writeFile(root / "definitions" / "BenchEffect.def", BENCH_DEFINITION);
+        writeFile(root / "definitions" / "BenchEffect.def", EXAMPLE_DEFINITION);
         writeFile(root / "definitions" / "system.def", "parameters { }");
         writeFile(root / "definitions" / "screen.def",
                   "parameters { width[type=int][default=640]; height[type=int][default=480]; }");

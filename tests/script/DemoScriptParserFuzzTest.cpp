@@ -69,45 +69,6 @@ private:
 
 class DemoScriptParserFuzzTest : public DemoScriptParserTest {
 protected:
-    std::string exampleScript() const {
-        return "// Everything behind two slashes is ignored\n"
-               "{KVLDS1}\n"
-               "\n"
-               "paths {\n"
-               "    definition = " +
-               definitionDirectory() +
-               ";\n"
-               "    gfx = resources/graphics/;\n"
-               "}\n"
-               "\n"
-               "screen {\n"
-               "    width = 800;   // overrides the default of screen.def\n"
-               "    height = 600;\n"
-               "}\n"
-               "\n"
-               "graphics {\n"
-               "    logo = logo.png, GL_TEXTURE_2D;\n"
-               "}\n"
-               "\n"
-               "intro * ExampleEffect {\n"
-               "    speed = 2.5;\n"
-               "    mode = add;\n"
-               "    texture = graphics[logo];\n"
-               "}\n"
-               "\n"
-               "timeline {\n"
-               "    Checkpoint 00:10:000;\n"
-               "    Checkpoint 01:00:000;\n"
-               "    Checkpoint 00:10:000;\n"
-               "    intro.start(00:00:000);\n"
-               "    first fade < intro.fade(00:04:000, 00:04:000, 00:06:000, 0.5);\n"
-               "    intro.setSpeed(00:02:500, 4.0);\n"
-               "    intro.setTexture(00:03:000, graphics[logo]);\n"
-               "    intro.burst(00:05:000, 12, true);\n"
-               "    intro.stop(00:20:000);\n"
-               "}\n";
-    }
-
     // True if the parser could reach a block "paths" whose statements hold
     // no key "definition". The same tokenizing as the parser's finds every
     // place where a name "paths" stands before a "{", whether or not the

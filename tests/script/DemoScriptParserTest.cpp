@@ -50,36 +50,9 @@ const std::string GRAPHICS_NOTICE = "ScriptDefaults::exists(graphics) - dont exi
 // The complete example script with the example definition file
 
 TEST_F(DemoScriptParserTest, CompleteExampleScriptGivesEveryStoredValue) {
-    std::string text = "// Everything behind two slashes is ignored\n"
-                       "{KVLDS1}\n"
-                       "\n"
-                       "paths {\n"
-                       "    definition = " +
-                       definitionDirectory() +
-                       ";\n"
-                       "    gfx = resources/graphics/;\n"
-                       "}\n"
-                       "\n"
-                       "screen {\n"
-                       "    width = 800;   // overrides the default of screen.def\n"
-                       "    height = 600;\n"
-                       "}\n"
-                       "\n"
-                       "graphics {\n"
-                       "    logo = logo.png, GL_TEXTURE_2D;\n"
-                       "}\n"
-                       "\n"
-                       "intro * ExampleEffect {\n"
-                       "    speed = 2.5;\n"
-                       "    mode = add;\n"
-                       "    texture = graphics[logo];\n"
-                       "}\n"
-                       "\n"
-                       "timeline {\n"
-                       "    Checkpoint 00:10:000;\n"
-                       "    intro.start(00:00:000);\n"
-                       "    intro.stop(00:20:000);\n"
-                       "}\n";
+    std::string text = exampleScript("    Checkpoint 00:10:000;\n"
+                                     "    intro.start(00:00:000);\n"
+                                     "    intro.stop(00:20:000);\n");
     ASSERT_TRUE(parseText(text)) << parser->getErrorMessage();
     EXPECT_EQ("", parser->getErrorMessage());
 

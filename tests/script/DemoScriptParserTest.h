@@ -8,6 +8,7 @@
 #include "script/DemoScriptParser.h"
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
+#include "support/ExampleDefinition.h"
 #include "support/TempDir.h"
 #include "timeline/Effect.h"
 #include "timeline/EventModifyEffect.h"
@@ -42,20 +43,18 @@ private:
     std::vector<Event*>* journal;
 };
 
-const char* const EXAMPLE_DEFINITION =
-    "parameters {\n"
-    "    speed[type=float][default=1.0];\n"
-    "    count[type=int][default=16];\n"
-    "    wrap[type=bool][default=false];\n"
-    "    mode[type=string][values=add,blend,replace][default=blend];\n"
-    "    texture[type=string][values=<string>][default=none];\n"
-    "}\n"
-    "methods {\n"
-    "    setSpeed(<event>, <float>);\n"
-    "    setTexture(<event>, <string>);\n"
-    "    fade(<event>, <time>, <time>, <float>);\n"
-    "    burst(<event>, <integer>, <bool>);\n"
-    "}\n";
+// The timeline of the worked example: three checkpoints, one of them twice,
+// and an event of every kind.
+const char* const EXAMPLE_TIMELINE =
+    "    Checkpoint 00:10:000;\n"
+    "    Checkpoint 01:00:000;\n"
+    "    Checkpoint 00:10:000;\n"
+    "    intro.start(00:00:000);\n"
+    "    first fade < intro.fade(00:04:000, 00:04:000, 00:06:000, 0.5);\n"
+    "    intro.setSpeed(00:02:500, 4.0);\n"
+    "    intro.setTexture(00:03:000, graphics[logo]);\n"
+    "    intro.burst(00:05:000, 12, true);\n"
+    "    intro.stop(00:20:000);\n";
 
 const char* const SYSTEM_DEFINITION = "parameters {\n"
                                       "    stop[type=string][values=<string>][default=30:00:000];\n"
@@ -148,6 +147,39 @@ protected:
     // Header and paths block, then the given blocks.
     std::string script(const std::string& blocks) const {
         return "{KVLDS1}\n" + pathsBlock() + blocks;
+    }
+
+    // The worked example: a comment, the paths, a screen that overrides a
+    // default, the picture "logo" and the example effect object "intro",
+    // then the timeline of the given body.
+    std::string exampleScript(const std::string& timeline = EXAMPLE_TIMELINE) const {
+        return "// Everything behind two slashes is ignored\n"
+               "{KVLDS1}\n"
+               "\n"
+               "paths {\n"
+               "    definition = " +
+               definitionDirectory() +
+               ";\n"
+               "    gfx = resources/graphics/;\n"
+               "}\n"
+               "\n"
+               "screen {\n"
+               "    width = 800;   // overrides the default of screen.def\n"
+               "    height = 600;\n"
+               "}\n"
+               "\n"
+               "graphics {\n"
+               "    logo = logo.png, GL_TEXTURE_2D;\n"
+               "}\n"
+               "\n"
+               "intro * ExampleEffect {\n"
+               "    speed = 2.5;\n"
+               "    mode = add;\n"
+               "    texture = graphics[logo];\n"
+               "}\n"
+               "\n"
+               "timeline {\n" +
+               timeline + "}\n";
     }
 
     // A script with the example effect object "intro" and the given

@@ -113,37 +113,7 @@ protected:
 // The worked example
 
 TEST_F(DemoScriptParserTimelineTest, ExampleTimelineGivesTwoCheckpointsAndSixEvents) {
-    std::string text = "// Everything behind two slashes is ignored\n"
-                       "{KVLDS1}\n"
-                       "paths {\n"
-                       "    definition = " +
-                       definitionDirectory() +
-                       ";\n"
-                       "    gfx = resources/graphics/;\n"
-                       "}\n"
-                       "screen {\n"
-                       "    width = 800;   // overrides the default of screen.def\n"
-                       "    height = 600;\n"
-                       "}\n"
-                       "graphics {\n"
-                       "    logo = logo.png, GL_TEXTURE_2D;\n"
-                       "}\n"
-                       "intro * ExampleEffect {\n"
-                       "    speed = 2.5;\n"
-                       "    mode = add;\n"
-                       "    texture = graphics[logo];\n"
-                       "}\n"
-                       "timeline {\n"
-                       "    Checkpoint 00:10:000;\n"
-                       "    Checkpoint 01:00:000;\n"
-                       "    Checkpoint 00:10:000;\n"
-                       "    intro.start(00:00:000);\n"
-                       "    first fade < intro.fade(00:04:000, 00:04:000, 00:06:000, 0.5);\n"
-                       "    intro.setSpeed(00:02:500, 4.0);\n"
-                       "    intro.setTexture(00:03:000, graphics[logo]);\n"
-                       "    intro.burst(00:05:000, 12, true);\n"
-                       "    intro.stop(00:20:000);\n"
-                       "}\n";
+    std::string text = exampleScript();
     ASSERT_NE(nullptr, parseTimelineOf(text)) << parser->getErrorMessage();
     EXPECT_TRUE(parser->isValid());
     EXPECT_EQ("timeline.addCheckpoint(00:10:000)\n"

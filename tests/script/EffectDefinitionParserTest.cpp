@@ -3,6 +3,7 @@
 #include "script/EffectDefinition.h"
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
+#include "support/ExampleDefinition.h"
 
 #include "ScratchDirectory.h"
 
@@ -15,21 +16,6 @@
 #include <vector>
 
 namespace {
-
-const char* const EXAMPLE_DEFINITION =
-    "parameters {\n"
-    "    speed[type=float][default=1.0];\n"
-    "    count[type=int][default=16];\n"
-    "    wrap[type=bool][default=false];\n"
-    "    mode[type=string][values=add,blend,replace][default=blend];\n"
-    "    texture[type=string][values=<string>][default=none];\n"
-    "}\n"
-    "methods {\n"
-    "    setSpeed(<event>, <float>);\n"
-    "    setTexture(<event>, <string>);\n"
-    "    fade(<event>, <time>, <time>, <float>);\n"
-    "    burst(<event>, <integer>, <bool>);\n"
-    "}\n";
 
 using Entries = std::vector<std::pair<std::string, std::string>>;
 
