@@ -1,5 +1,8 @@
 #include "objects/KVL3dLoader_V1.h"
 
+#include "LoadedScenes.h"
+#include "ModelBytes.h"
+#include "ObjectTestSupport.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
 #include "objects/O3dPolygon.h"
@@ -13,7 +16,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -52,66 +54,13 @@ const std::vector<uint8_t> WORKED_EXAMPLE = {
     0x02, 0x00, 0x00, 0x00,
 };
 
-// Little-endian records of the format.
-class Bytes {
-public:
-    Bytes() : data("{KVLB01}") {}
-    Bytes& name(const std::string& s) {
-        data += s;
-        data += '\0';
-        return *this;
-    }
-    Bytes& i32(int32_t value) {
-        uint32_t bits = static_cast<uint32_t>(value);
-        for (int i = 0; i < 4; i++) {
-            data += static_cast<char>((bits >> (8 * i)) & 0xff);
-        }
-        return *this;
-    }
-    Bytes& f32(float value) {
-        uint32_t bits;
-        std::memcpy(&bits, &value, sizeof(bits));
-        return i32(static_cast<int32_t>(bits));
-    }
-    Bytes& colour(float r, float g, float b, float a) { return f32(r).f32(g).f32(b).f32(a); }
-    Bytes& material(const std::string& text, float red, float shine = 10.0f) {
-        name(text).colour(0.1f, 0.1f, 0.1f, 1.0f).colour(red, 0.0f, 0.0f, 1.0f);
-        return colour(0.5f, 0.5f, 0.5f, 1.0f).colour(0.0f, 0.0f, 0.0f, 1.0f).f32(shine);
-    }
-    Bytes& vertex(float x, float y, float z, float u, float v) {
-        return f32(x).f32(y).f32(z).f32(u).f32(v);
-    }
-    // Three vertices and one triangle, moved by dx along x.
-    Bytes& triangle(float dx) {
-        i32(3).vertex(dx, 0, 0, 0, 0).vertex(dx + 1, 0, 0, 1, 0).vertex(dx, 1, 0, 0, 1);
-        return i32(1).i32(0).i32(1).i32(2);
-    }
-    std::string data;
-};
-
-std::vector<float> values(const Vector<float, 4>& v) {
-    return {v[0], v[1], v[2], v[3]};
-}
-
-std::vector<float> values3(const Vector<float, 3>& v) {
-    return {v[0], v[1], v[2]};
-}
-
-std::vector<float> values3(const float* v) {
-    return {v[0], v[1], v[2]};
-}
-
 } // namespace
 
 class KVL3dLoaderTest : public ::testing::Test {
 protected:
     void SetUp() override { KVLDemosys::resetState(); }
     void TearDown() override {
-        testing::internal::CaptureStdout();
-        for (O3dScene* scene : scenes) {
-            delete scene;
-        }
-        testing::internal::GetCapturedStdout();
+        scenes.clear();
         KVLDemosys::resetState();
     }
 
@@ -128,12 +77,11 @@ protected:
         lines = splitLines(testing::internal::GetCapturedStdout());
         valid = loader.isValid();
         message = loader.getErrorMessage();
-        scenes.push_back(scene);
-        return scene;
+        return scenes.keep(scene);
     }
 
     TempDir directory;
-    std::vector<O3dScene*> scenes;
+    LoadedScenes scenes;
     std::vector<std::string> lines;
     bool valid = false;
     std::string message;
@@ -194,7 +142,7 @@ TEST_F(KVL3dLoaderTest, WorkedExampleOf170BytesGivesOneMaterialAndOneTriangle) {
 }
 
 TEST_F(KVL3dLoaderTest, ShineIsReadAndDroppedSoTheNextFieldsStayInPlace) {
-    Bytes b;
+    ModelBytes b;
     b.i32(1).material("m", 0.75f, 64.0f).i32(1).triangle(0);
     O3dScene* scene = load(b.data);
     ASSERT_EQ(1, scene->countMaterials());
@@ -204,7 +152,7 @@ TEST_F(KVL3dLoaderTest, ShineIsReadAndDroppedSoTheNextFieldsStayInPlace) {
 }
 
 TEST_F(KVL3dLoaderTest, MaterialCountZeroGivesObjectsWithBothMaterialFlagsFalse) {
-    Bytes b;
+    ModelBytes b;
     b.i32(0).i32(2).triangle(0).triangle(5);
     O3dScene* scene = load(b.data);
     EXPECT_EQ(0, scene->countMaterials());
@@ -218,7 +166,7 @@ TEST_F(KVL3dLoaderTest, MaterialCountZeroGivesObjectsWithBothMaterialFlagsFalse)
 }
 
 TEST_F(KVL3dLoaderTest, MaterialNameOfNoCharactersPrintsObject) {
-    Bytes b;
+    ModelBytes b;
     b.i32(2).material("", 0.5f).material("second", 0.25f).i32(0);
     O3dScene* scene = load(b.data);
     EXPECT_EQ((std::vector<std::string>{"Reading binary kvl file", "MatName : Object",
@@ -230,7 +178,7 @@ TEST_F(KVL3dLoaderTest, MaterialNameOfNoCharactersPrintsObject) {
 }
 
 TEST_F(KVL3dLoaderTest, EveryObjectTakesTheFirstMaterialAndTheOthersAreCarried) {
-    Bytes b;
+    ModelBytes b;
     b.i32(3).material("a", 0.1f).material("b", 0.2f).material("c", 0.3f);
     b.i32(2).triangle(0).triangle(2);
     O3dScene* scene = load(b.data);
@@ -246,7 +194,7 @@ TEST_F(KVL3dLoaderTest, EveryObjectTakesTheFirstMaterialAndTheOthersAreCarried) 
 }
 
 TEST_F(KVL3dLoaderTest, NegativeCountsReadNoRecords) {
-    Bytes b;
+    ModelBytes b;
     b.i32(-1).i32(1).i32(-5).i32(-2);
     O3dScene* scene = load(b.data);
     EXPECT_EQ(0, scene->countMaterials());
@@ -256,7 +204,7 @@ TEST_F(KVL3dLoaderTest, NegativeCountsReadNoRecords) {
 }
 
 TEST_F(KVL3dLoaderTest, BytesBehindTheLastObjectAreIgnored) {
-    Bytes b;
+    ModelBytes b;
     b.i32(0).i32(1).triangle(0).i32(1).triangle(9).name("trailing text");
     O3dScene* scene = load(b.data);
     EXPECT_EQ(1, scene->countObjects());
@@ -265,7 +213,7 @@ TEST_F(KVL3dLoaderTest, BytesBehindTheLastObjectAreIgnored) {
 }
 
 TEST_F(KVL3dLoaderTest, RecordCutShortByTheEndOfTheFileReadsZerosForItsMissingBytes) {
-    Bytes b;
+    ModelBytes b;
     b.i32(0).i32(1).i32(3).vertex(1, 2, 3, 4, 5).f32(6).f32(7);
     O3dScene* scene = load(b.data);
     ASSERT_EQ(1, scene->countObjects());
@@ -280,13 +228,13 @@ TEST_F(KVL3dLoaderTest, RecordCutShortByTheEndOfTheFileReadsZerosForItsMissingBy
 }
 
 TEST_F(KVL3dLoaderTest, HugeCountsInAShortFileStopAtTheEndOfTheBuffer) {
-    Bytes b;
+    ModelBytes b;
     b.i32(0x7fffffff).material("a", 0.5f);
     O3dScene* scene = load(b.data);
     EXPECT_EQ(1, scene->countMaterials());
     EXPECT_EQ(0, scene->countObjects());
 
-    Bytes objects;
+    ModelBytes objects;
     objects.i32(0).i32(0x7ffffff0).triangle(0);
     scene = load(objects.data);
     // The first object reads the triangle; the cursor is then at the end,
@@ -294,7 +242,7 @@ TEST_F(KVL3dLoaderTest, HugeCountsInAShortFileStopAtTheEndOfTheBuffer) {
     ASSERT_EQ(1, scene->countObjects());
     EXPECT_EQ(1, scene->countPolygons());
 
-    Bytes polygons;
+    ModelBytes polygons;
     polygons.i32(0).i32(1).i32(0).i32(0x40000000).i32(0).i32(0).i32(0);
     scene = load(polygons.data);
     ASSERT_EQ(1, scene->countObjects());
@@ -302,7 +250,7 @@ TEST_F(KVL3dLoaderTest, HugeCountsInAShortFileStopAtTheEndOfTheBuffer) {
 }
 
 TEST_F(KVL3dLoaderTest, VertexIndexBeyondTheVerticesGivesATriangleWithoutCorners) {
-    Bytes b;
+    ModelBytes b;
     b.i32(0).i32(1).i32(3).vertex(0, 0, 0, 0, 0).vertex(1, 0, 0, 0, 0).vertex(0, 1, 0, 0, 0);
     b.i32(3).i32(0).i32(1).i32(3).i32(-1).i32(1).i32(2).i32(0).i32(1).i32(2);
     O3dScene* scene = load(b.data);
@@ -316,7 +264,7 @@ TEST_F(KVL3dLoaderTest, VertexIndexBeyondTheVerticesGivesATriangleWithoutCorners
 }
 
 TEST_F(KVL3dLoaderTest, TraceWritesEveryRecordAsItIsRead) {
-    Bytes b;
+    ModelBytes b;
     b.i32(1).name("red").colour(0.5f, 0.25f, 0, 1).colour(1, 0, 0, 1).colour(1, 1, 1, 1);
     b.colour(0, 0, 0, 1).f32(20.0f);
     b.i32(1).i32(3).vertex(0, 0, 0, 0, 0).vertex(1.5f, 0, 0, 1, 0).vertex(0, 1, 0, 0, 0.5f);
@@ -357,7 +305,7 @@ TEST_F(KVL3dLoaderTest, TraceWritesEveryRecordAsItIsRead) {
 }
 
 TEST_F(KVL3dLoaderTest, WithoutTraceOnlyTheMaterialNamesAreLogged) {
-    Bytes b;
+    ModelBytes b;
     b.i32(2).material("a", 0.5f).material("b", 0.5f).i32(1).triangle(0);
     load(b.data);
     EXPECT_EQ((std::vector<std::string>{"Reading binary kvl file", "MatName : a", "MatName : b",

@@ -1,5 +1,7 @@
 #include "objects/KVL3dParser.h"
 
+#include "LoadedScenes.h"
+#include "ObjectTestSupport.h"
 #include "graphics/Texture.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
@@ -53,24 +55,6 @@ const std::string WORKED_EXAMPLE = "{KVLC01}\n"
 
 const std::string TRIANGLE = "vertex = 0,0,0,0,0, 1,0,0,1,0, 0,1,0,0,1; polygons = 0,1,2;";
 
-template <class Step> std::string logOf(Step step) {
-    testing::internal::CaptureStdout();
-    step();
-    return testing::internal::GetCapturedStdout();
-}
-
-std::vector<float> values(const Vector<float, 4>& v) {
-    return {v[0], v[1], v[2], v[3]};
-}
-
-std::vector<float> values3(const Vector<float, 3>& v) {
-    return {v[0], v[1], v[2]};
-}
-
-std::vector<float> values3(const float* v) {
-    return {v[0], v[1], v[2]};
-}
-
 // Which vertex of the object each corner of a polygon is, -1 for none.
 std::vector<int> cornersOf(const O3d* object, int polygon) {
     std::vector<int> corners;
@@ -93,19 +77,13 @@ void replaceOnce(std::string& text, const std::string& from, const std::string& 
     text.replace(at, from.size(), to);
 }
 
-void deleteQuietly(O3dScene* scene) {
-    logOf([scene] { delete scene; });
-}
-
 } // namespace
 
 class KVL3dParserTest : public ::testing::Test {
 protected:
     void SetUp() override { KVLDemosys::resetState(); }
     void TearDown() override {
-        for (O3dScene* scene : scenes) {
-            deleteQuietly(scene);
-        }
+        scenes.clear();
         KVLDemosys::resetState();
     }
 
@@ -117,13 +95,13 @@ protected:
         KVL3dParser* parser = (reader != nullptr) ? reader : &own;
         O3dScene* scene = nullptr;
         log = logOf([&] { scene = parser->parse(&file); });
-        scenes.push_back(scene);
+        scenes.keep(scene);
         valid = parser->isValid();
         return scene;
     }
 
     TempDir directory;
-    std::vector<O3dScene*> scenes;
+    LoadedScenes scenes;
     std::string log;
     bool valid = false;
 };
@@ -443,9 +421,7 @@ protected:
         PngWriter::save(directory.file("gfx/b.png"), PngWriter::rgb(2, 2, pixels));
     }
     void TearDown() override {
-        for (O3dScene* scene : scenes) {
-            deleteQuietly(scene);
-        }
+        scenes.clear();
         logOf([] { delete KVLDemosys::data; });
         delete KVLDemosys::parameters;
         KVLDemosys::resetState();
@@ -457,13 +433,13 @@ protected:
         File file(directory.file("model.kvlc"), 0);
         O3dScene* scene = nullptr;
         log = logOf([&] { scene = parser.parse(&file); });
-        scenes.push_back(scene);
+        scenes.keep(scene);
         return scene;
     }
 
     TempDir directory;
     DataTexturePool* pool = nullptr;
-    std::vector<O3dScene*> scenes;
+    LoadedScenes scenes;
     std::string log;
 };
 

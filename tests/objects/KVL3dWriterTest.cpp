@@ -1,11 +1,12 @@
 #include "objects/KVL3dWriter.h"
 
+#include "LoadedScenes.h"
+#include "ObjectTestSupport.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
 #include "objects/O3dPolygon.h"
 #include "objects/O3dScene.h"
 #include "objects/O3dVertex.h"
-#include "objects/ObjectParser.h"
 #include "runtime/KVLDemosys.h"
 #include "support/TempDir.h"
 
@@ -28,39 +29,20 @@ KVL3dWriter::ObjectRecord square(int first, int second) {
             {0, 1, 2, first, 0, 2, 3, second}};
 }
 
-std::vector<float> rgb(const Vector<float, 4>& c) {
-    return {c[0], c[1], c[2]};
-}
-
 } // namespace
 
 class KVL3dWriterTest : public ::testing::Test {
 protected:
     void SetUp() override { KVLDemosys::resetState(); }
     void TearDown() override {
-        testing::internal::CaptureStdout();
-        for (O3dScene* scene : scenes) {
-            delete scene;
-        }
-        testing::internal::GetCapturedStdout();
+        scenes.clear();
         KVLDemosys::resetState();
     }
 
-    // The file read the way the player reads it.
-    O3dScene* load(const std::string& name) {
-        testing::internal::CaptureStdout();
-        ObjectParser parser(directory.file(name));
-        O3dScene* scene = parser.parse();
-        testing::internal::GetCapturedStdout();
-        EXPECT_TRUE(parser.isValid()) << parser.getErrorMessage();
-        if (scene != nullptr) {
-            scenes.push_back(scene);
-        }
-        return scene;
-    }
+    O3dScene* load(const std::string& name) { return scenes.read(directory.file(name)); }
 
     TempDir directory;
-    std::vector<O3dScene*> scenes;
+    LoadedScenes scenes;
 };
 
 TEST_F(KVL3dWriterTest, ObjectOfOneMaterialIsWrittenInSingleMode) {

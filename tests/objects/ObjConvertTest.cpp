@@ -1,9 +1,10 @@
+#include "LoadedScenes.h"
+#include "ObjectTestSupport.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
 #include "objects/O3dPolygon.h"
 #include "objects/O3dScene.h"
 #include "objects/O3dVertex.h"
-#include "objects/ObjectParser.h"
 #include "runtime/KVLDemosys.h"
 #include "support/TempDir.h"
 
@@ -31,18 +32,6 @@ const std::string CUBE = "# a cube of eight corners and six quads\n"
                          "v -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
                          "f 1 4 3 2\nf 5 6 7 8\nf 1 2 6 5\nf 2 3 7 6\nf 3 4 8 7\nf 4 1 5 8\n";
 
-std::vector<float> values3(const float* v) {
-    return {v[0], v[1], v[2]};
-}
-
-std::vector<float> values3(const Vector<float, 3>& v) {
-    return {v[0], v[1], v[2]};
-}
-
-std::vector<float> colour(const Vector<float, 4>& c) {
-    return {c[0], c[1], c[2]};
-}
-
 } // namespace
 
 class ObjConvertTest : public ::testing::Test {
@@ -52,11 +41,7 @@ protected:
         ASSERT_TRUE(std::filesystem::exists(toolPath())) << "build the objconvert tool first";
     }
     void TearDown() override {
-        testing::internal::CaptureStdout();
-        for (O3dScene* scene : scenes) {
-            delete scene;
-        }
-        testing::internal::GetCapturedStdout();
+        scenes.clear();
         KVLDemosys::resetState();
     }
 
@@ -78,20 +63,11 @@ protected:
 
     // The file read the way the player reads it.
     O3dScene* load(const std::string& name) {
-        O3dScene* scene = nullptr;
-        testing::internal::CaptureStdout();
-        ObjectParser parser(directory.file(name));
-        scene = parser.parse();
-        parserLog = testing::internal::GetCapturedStdout();
-        EXPECT_TRUE(parser.isValid()) << parser.getErrorMessage();
-        if (scene != nullptr) {
-            scenes.push_back(scene);
-        }
-        return scene;
+        return scenes.read(directory.file(name), &parserLog);
     }
 
     TempDir directory;
-    std::vector<O3dScene*> scenes;
+    LoadedScenes scenes;
     std::string out;
     std::string err;
     std::string parserLog;
@@ -254,12 +230,12 @@ TEST_F(ObjConvertTest, MaterialsComeFromTheLibraryAndSeveralInOneObjectAreGivenP
     Material* blue = scene->getMaterial(0);
     Material* red = scene->getMaterial(1);
     EXPECT_EQ("blue", blue->getName());
-    EXPECT_EQ((std::vector<float>{0, 0, 1}), colour(blue->getDiffuse()));
-    EXPECT_EQ((std::vector<float>{0, 0, 0.25f}), colour(blue->getEmissive()));
+    EXPECT_EQ((std::vector<float>{0, 0, 1}), rgb(blue->getDiffuse()));
+    EXPECT_EQ((std::vector<float>{0, 0, 0.25f}), rgb(blue->getEmissive()));
     EXPECT_EQ("red", red->getName());
-    EXPECT_EQ((std::vector<float>{1, 0, 0}), colour(red->getDiffuse()));
-    EXPECT_EQ((std::vector<float>{0.1f, 0, 0}), colour(red->getAmbient()));
-    EXPECT_EQ((std::vector<float>{0.5f, 0.5f, 0.5f}), colour(red->getSpecular()));
+    EXPECT_EQ((std::vector<float>{1, 0, 0}), rgb(red->getDiffuse()));
+    EXPECT_EQ((std::vector<float>{0.1f, 0, 0}), rgb(red->getAmbient()));
+    EXPECT_EQ((std::vector<float>{0.5f, 0.5f, 0.5f}), rgb(red->getSpecular()));
 
     ASSERT_EQ(2, scene->countObjects());
     O3d* both = scene->getObject(0);
@@ -281,7 +257,7 @@ TEST_F(ObjConvertTest, MaterialsComeFromTheLibraryAndSeveralInOneObjectAreGivenP
     ASSERT_NE(nullptr, binary);
     EXPECT_EQ(2, binary->countMaterials());
     EXPECT_NE(std::string::npos, parserLog.find("MatName : blue\nMatName : red\n"));
-    EXPECT_EQ((std::vector<float>{1, 0, 0}), colour(binary->getMaterial(1)->getDiffuse()));
+    EXPECT_EQ((std::vector<float>{1, 0, 0}), rgb(binary->getMaterial(1)->getDiffuse()));
 }
 
 TEST_F(ObjConvertTest, IndexOutOfRangeIsRefusedWithItsLineAndNoFileIsWritten) {

@@ -1,5 +1,6 @@
 #include "objects/ObjectParser.h"
 
+#include "ModelBytes.h"
 #include "objects/Material.h"
 #include "objects/O3d.h"
 #include "objects/O3dScene.h"
@@ -13,9 +14,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -37,38 +36,10 @@ std::string pointerText(const void* pointer) {
     return out.str();
 }
 
-// Little-endian records of the binary format.
-class Bytes {
-public:
-    Bytes& text(const std::string& s) {
-        data += s;
-        return *this;
-    }
-    Bytes& name(const std::string& s) {
-        data += s;
-        data += '\0';
-        return *this;
-    }
-    Bytes& i32(int32_t value) {
-        uint32_t bits = static_cast<uint32_t>(value);
-        for (int i = 0; i < 4; i++) {
-            data += static_cast<char>((bits >> (8 * i)) & 0xff);
-        }
-        return *this;
-    }
-    Bytes& f32(float value) {
-        uint32_t bits;
-        std::memcpy(&bits, &value, sizeof(bits));
-        return i32(static_cast<int32_t>(bits));
-    }
-    Bytes& colour(float r, float g, float b, float a) { return f32(r).f32(g).f32(b).f32(a); }
-    std::string data;
-};
-
 // One material, one object of two triangles.
 std::string binaryModel() {
-    Bytes b;
-    b.text("{KVLB01}").i32(1).name("grey");
+    ModelBytes b;
+    b.i32(1).name("grey");
     b.colour(0.2f, 0.2f, 0.2f, 1.0f).colour(0.5f, 0.5f, 0.5f, 1.0f);
     b.colour(1.0f, 1.0f, 1.0f, 1.0f).colour(0.0f, 0.0f, 0.0f, 1.0f).f32(10.0f);
     b.i32(1).i32(4);
@@ -352,8 +323,8 @@ TEST_F(ObjectParserTest, TruncatedAndBitFlippedModelFilesNeverCrashTheReaders) {
 
 // A count of about two thousand million in front of a few bytes.
 TEST_F(ObjectParserTest, HugeCountsInAShortBinaryFileReadOnlyWhatTheFileHolds) {
-    Bytes b;
-    b.text("{KVLB01}").i32(0).i32(1).i32(0x7fffffff).f32(1.0f).f32(2.0f).f32(3.0f).f32(0.5f);
+    ModelBytes b;
+    b.i32(0).i32(1).i32(0x7fffffff).f32(1.0f).f32(2.0f).f32(3.0f).f32(0.5f);
     directory.write("m.kvlb", b.data);
     O3dScene* scene = nullptr;
     linesOf([&] {

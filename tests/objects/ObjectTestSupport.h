@@ -30,6 +30,24 @@ inline Vector<float, 3> toVec3(const float* values) {
     return vec3(values[0], values[1], values[2]);
 }
 
+// Vectors as lists, so that a failed comparison shows every value.
+inline std::vector<float> values(const Vector<float, 4>& v) {
+    return {v[0], v[1], v[2], v[3]};
+}
+
+inline std::vector<float> values3(const Vector<float, 3>& v) {
+    return {v[0], v[1], v[2]};
+}
+
+inline std::vector<float> values3(const float* v) {
+    return {v[0], v[1], v[2]};
+}
+
+// Red, green and blue of a colour, without its alpha.
+inline std::vector<float> rgb(const Vector<float, 4>& c) {
+    return {c[0], c[1], c[2]};
+}
+
 // An upright square from (x - half, y - half) to (x + half, y + half), facing
 // the viewer, with u and v running from 0 to 1 across it. Triangle 0 is the
 // lower right half, triangle 1 the upper left.
