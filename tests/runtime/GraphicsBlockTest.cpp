@@ -7,7 +7,7 @@
 #include "script/ParameterGroup.h"
 #include "script/Parameters.h"
 #include "support/GLTestWindow.h"
-#include "support/LoaderWorkspace.h"
+#include "support/LoaderInWindowFixture.h"
 #include "support/PlayerProcess.h"
 #include "support/PngWriter.h"
 #include "support/ProductionScript.h"
@@ -56,19 +56,13 @@ std::vector<uint8_t> picture(uint8_t r, uint8_t g, uint8_t b) {
 
 } // namespace
 
-class GraphicsBlock : public GLTestWindow {
+class GraphicsBlock : public LoaderInWindowFixture {
 protected:
     void SetUp() override {
-        GLTestWindow::SetUp();
+        LoaderInWindowFixture::SetUp();
         std::filesystem::create_directories(directory.file(GFX));
         PngWriter::save(directory.file(GFX + "a.png"), picture(255, 0, 0));
         PngWriter::save(directory.file(GFX + "b.png"), picture(0, 0, 255));
-        space.enter();
-        logOf([this] { loader.createDataPools(); });
-    }
-    void TearDown() override {
-        space.leave();
-        GLTestWindow::TearDown();
     }
 
     // Parses the script and runs the data blocks; the lines of the graphics
@@ -88,9 +82,6 @@ protected:
         return KVLDemosys::texturePool->getTexture(name);
     }
 
-    LoaderWorkspace space;
-    TempDir& directory = space.directory;
-    ResourceLoader& loader = space.loader;
     bool result = false;
 };
 

@@ -18,7 +18,7 @@
 #include "script/Parameters.h"
 #include "support/GLTestWindow.h"
 #include "support/LoaderFixture.h"
-#include "support/LoaderWorkspace.h"
+#include "support/LoaderInWindowFixture.h"
 #include "support/LogLines.h"
 #include "support/PlayerProcess.h"
 #include "support/ProductionScript.h"
@@ -381,18 +381,8 @@ TEST_F(ResourceLoaderSteps, DisposeAfterInitScreenEndsWithTheExtensionsLine) {
 }
 
 // Steps that draw the bar but do not open the screen themselves.
-class ResourceLoaderInWindow : public GLTestWindow {
+class ResourceLoaderInWindow : public LoaderInWindowFixture {
 protected:
-    void SetUp() override {
-        GLTestWindow::SetUp();
-        space.enter();
-        logOf([this] { loader.createDataPools(); });
-    }
-    void TearDown() override {
-        space.leave();
-        GLTestWindow::TearDown();
-    }
-
     int ticks() const { return space.loader.getProgressBar()->getTickCount(); }
     // parseConfig, createEffectObjects and createTimeline, all of which must
     // succeed.
@@ -412,9 +402,6 @@ protected:
         KVLDemosys::effectTemplatePool->addEffect("ProbeEffect", new ProbeEffect());
         space.directory.write("resources/definitions/ProbeEffect.def", "parameters {\n}\n");
     }
-
-    LoaderWorkspace space;
-    ResourceLoader& loader = space.loader;
 };
 
 TEST_F(ResourceLoaderInWindow, LoadSoundWithTheMusicOffLoadsNothingAndStillTicks) {

@@ -4,7 +4,7 @@
 #include "runtime/ProgressBar.h"
 #include "runtime/ResourceLoader.h"
 #include "support/GLTestWindow.h"
-#include "support/LoaderWorkspace.h"
+#include "support/LoaderInWindowFixture.h"
 #include "support/PlayerProcess.h"
 #include "support/ProductionScript.h"
 #include "support/ShaderSources.h"
@@ -59,18 +59,8 @@ std::vector<std::string> shaderBlockLines(const std::vector<std::string>& log) {
 
 } // namespace
 
-class ShaderBlock : public GLTestWindow {
+class ShaderBlock : public LoaderInWindowFixture {
 protected:
-    void SetUp() override {
-        GLTestWindow::SetUp();
-        space.enter();
-        logOf([this] { loader.createDataPools(); });
-    }
-    void TearDown() override {
-        space.leave();
-        GLTestWindow::TearDown();
-    }
-
     void writeShader(const std::string& stem, const std::string& vertex,
                      const std::string& fragment) {
         writeShaderPair(directory, stem, vertex, fragment);
@@ -85,9 +75,6 @@ protected:
         return lines(logOf([&] { result = parsed && loader.loadDataFiles(); }));
     }
 
-    LoaderWorkspace space;
-    TempDir& directory = space.directory;
-    ResourceLoader& loader = space.loader;
     bool result = false;
 };
 
