@@ -1,13 +1,13 @@
 #include "effects/DisplayObjectEffect.h"
 
+#include "ProductionDefinition.h"
+#include "TimelineCall.h"
 #include "objects/DisplayList.h"
 #include "objects/O3dScene.h"
 #include "objects/ObjectTestSupport.h"
 #include "runtime/Data.h"
 #include "runtime/DataObjectPool.h"
 #include "runtime/KVLDemosys.h"
-#include "script/EffectDefinition.h"
-#include "script/EffectDefinitionParser.h"
 #include "script/ParameterGroup.h"
 #include "support/GLTestWindow.h"
 
@@ -27,8 +27,9 @@
 
 namespace {
 
-const std::string DEFINITION =
-    std::string(KVL_SOURCE_DIR) + "/resources/definitions/DisplayObject.def";
+// What the script parser puts into every DisplayObject block before the
+// script's own values.
+const ProductionDefinition DEFINITION("DisplayObject");
 
 // The divisor of the angle step, taken from its bit pattern.
 float divisorFromBits() {
@@ -38,28 +39,13 @@ float divisorFromBits() {
     return divisor;
 }
 
-// The defaults of the production's definition file: what the script parser
-// puts into every DisplayObject block before the script's own values.
-std::unique_ptr<ParameterGroup> definitionDefaults() {
-    testing::internal::CaptureStdout();
-    EffectDefinitionParser parser(DEFINITION);
-    std::unique_ptr<EffectDefinition> definition(parser.parse());
-    std::unique_ptr<ParameterGroup> defaults;
-    if (definition != nullptr) {
-        defaults.reset(definition->getDefaults());
-    }
-    definition.reset();
-    testing::internal::GetCapturedStdout();
-    return defaults;
-}
-
 // A script block: the definition's defaults, some replaced, some left out.
 std::unique_ptr<ParameterGroup> block(const std::map<std::string, std::string>& values,
                                       const std::set<std::string>& leftOut = {}) {
-    std::unique_ptr<ParameterGroup> defaults = definitionDefaults();
+    std::unique_ptr<ParameterGroup> defaults = DEFINITION.defaults();
     std::unique_ptr<ParameterGroup> group(new ParameterGroup("viewer"));
     if (defaults == nullptr) {
-        ADD_FAILURE() << "no definition " << DEFINITION;
+        ADD_FAILURE() << "no definition " << DEFINITION.getPath();
         return group;
     }
     for (int i = 0; i < defaults->size(); i++) {
@@ -76,26 +62,13 @@ std::unique_ptr<ParameterGroup> block(const std::map<std::string, std::string>& 
 // The arguments of a timeline call: "p1" is the event's own time.
 ParameterGroup call(const std::string& method, std::initializer_list<const char*> arguments,
                     const std::string& time = "00:01:000") {
-    ParameterGroup group;
-    group.addParameter("object", "viewer");
-    group.addParameter("method", method);
-    group.addParameter("p1", time);
-    int key = 2;
-    for (const char* value : arguments) {
-        group.addParameter("p" + std::to_string(key++), value);
-    }
-    return group;
+    return timelineCall("viewer", method, time, arguments);
 }
 
 std::string modifyAndCapture(Effect& effect, const std::string& method, ParameterGroup group) {
     testing::internal::CaptureStdout();
     effect.modify(method, &group);
     return testing::internal::GetCapturedStdout();
-}
-
-std::string text(const GLTestWindow::Rgb& pixel) {
-    return "(" + std::to_string(pixel[0]) + ", " + std::to_string(pixel[1]) + ", " +
-           std::to_string(pixel[2]) + ")";
 }
 
 } // namespace
@@ -138,7 +111,7 @@ TEST(DisplayObjectEffect, NewViewerStandsStillAtTheOriginWithScaleOneAndNoMove) 
 }
 
 TEST(DisplayObjectEffect, DefinitionDeclaresEveryKeyThatInitReads) {
-    std::unique_ptr<ParameterGroup> defaults = definitionDefaults();
+    std::unique_ptr<ParameterGroup> defaults = DEFINITION.defaults();
     ASSERT_NE(nullptr, defaults);
     for (const char* key : {"xpos", "ypos", "zpos", "xrot", "yrot", "zrot", "rcx", "rcy", "rcz",
                             "object", "shading", "scale", "normals", "drawnormals"}) {
@@ -147,27 +120,12 @@ TEST(DisplayObjectEffect, DefinitionDeclaresEveryKeyThatInitReads) {
 }
 
 TEST(DisplayObjectEffect, DefinitionDeclaresTheSixMethodsWithTheirArguments) {
-    testing::internal::CaptureStdout();
-    EffectDefinitionParser parser(DEFINITION);
-    std::unique_ptr<EffectDefinition> definition(parser.parse());
-    ASSERT_NE(nullptr, definition) << parser.getErrorMessage();
-    const std::map<std::string, std::vector<std::string>> methods = {
-        {"setScaleValue", {"<event>", "<float>"}},
-        {"drawNormals", {"<event>", "<string>"}},
-        {"setObject", {"<event>", "<string>"}},
-        {"setRotation", {"<event>", "<float>", "<float>", "<float>"}},
-        {"setPosition", {"<event>", "<float>", "<float>", "<float>"}},
-        {"moveTo", {"<event>", "<time>", "<float>", "<float>", "<float>"}}};
-    for (const auto& method : methods) {
-        ASSERT_TRUE(definition->hasMethod(method.first)) << method.first;
-        ParameterGroup* arguments = definition->getMethod(method.first);
-        ASSERT_EQ(static_cast<int>(method.second.size()), arguments->size()) << method.first;
-        for (size_t i = 0; i < method.second.size(); i++) {
-            EXPECT_EQ(method.second[i], arguments->getValue(static_cast<int>(i))) << method.first;
-        }
-    }
-    definition.reset();
-    testing::internal::GetCapturedStdout();
+    DEFINITION.expectMethods({{"setScaleValue", {"<event>", "<float>"}},
+                              {"drawNormals", {"<event>", "<string>"}},
+                              {"setObject", {"<event>", "<string>"}},
+                              {"setRotation", {"<event>", "<float>", "<float>", "<float>"}},
+                              {"setPosition", {"<event>", "<float>", "<float>", "<float>"}},
+                              {"moveTo", {"<event>", "<time>", "<float>", "<float>", "<float>"}}});
 }
 
 // ---------------------------------------------------------------- step rule
@@ -423,7 +381,7 @@ TEST_F(DisplayObjectScene, DisplayListIsCompiledSmoothWhateverTheShadingSays) {
     EXPECT_TRUE(glIsList(viewer->getDisplayList()->getId()));
     frame(viewer, 0);
     // The middle of a face is filled, not only its edges.
-    EXPECT_TRUE(isRed(readRgb(48, 40))) << text(readRgb(48, 40));
+    EXPECT_TRUE(isRed(readRgb(48, 40))) << pixelText(readRgb(48, 40));
 }
 
 TEST_F(DisplayObjectScene, ScaleInTheBlockGoesToTheScene) {
@@ -736,7 +694,7 @@ TEST_F(DisplayObjectScene, SetObjectKeepsDrawingTheOldShapeWhileTheOverlayFollow
     frame(viewer, 0);
     // Right of the centre the old square, filled; left of it only the wire
     // frame of the new one.
-    EXPECT_TRUE(isRed(readRgb(45, 36))) << text(readRgb(45, 36));
+    EXPECT_TRUE(isRed(readRgb(45, 36))) << pixelText(readRgb(45, 36));
     EXPECT_EQ(BLACK, readRgb(19, 36));
     EXPECT_GT(countPixels(WIRE_GREY, 0, 32), 20);
     EXPECT_EQ(0, countPixels(WIRE_GREY, 32, WIDTH));
@@ -768,8 +726,8 @@ TEST_F(DisplayObjectScene, LitObjectShowsItsColourWhereItsPositionPutsIt) {
         make({{"object", "cube"}, {"xpos", "1"}, {"ypos", "1"}, {"zpos", "-5"}});
     frame(viewer, 0);
     // The square spans pixels 38.4 to 51.2 on both axes.
-    EXPECT_TRUE(isRed(readRgb(48, 40))) << text(readRgb(48, 40));
-    EXPECT_TRUE(isRed(readRgb(41, 48))) << text(readRgb(41, 48));
+    EXPECT_TRUE(isRed(readRgb(48, 40))) << pixelText(readRgb(48, 40));
+    EXPECT_TRUE(isRed(readRgb(41, 48))) << pixelText(readRgb(41, 48));
     EXPECT_EQ(BLACK, readRgb(30, 48));
     EXPECT_EQ(BLACK, readRgb(48, 30));
     EXPECT_EQ(BLACK, readRgb(54, 40));
@@ -784,7 +742,7 @@ TEST_F(DisplayObjectScene, ObjectIsLitOnlyByTheLightsThatAreOn) {
     EXPECT_EQ(BLACK, readRgb(48, 40));
     glEnable(GL_LIGHT0);
     frame(viewer, 16);
-    EXPECT_TRUE(isRed(readRgb(48, 40))) << text(readRgb(48, 40));
+    EXPECT_TRUE(isRed(readRgb(48, 40))) << pixelText(readRgb(48, 40));
 }
 
 // The axes cross at pixel centres: x 50.5 and y 20.5.
@@ -849,12 +807,12 @@ TEST_F(DisplayObjectScene, FirstFrameShowsTheStartAngleAndTheTurnShowsFromTheNex
     addSquare("cube", 0.6f, 0.0f, 0.3f);
     DisplayObjectEffect* viewer = make({{"object", "cube"}, {"zpos", "-5"}, {"zrot", "18"}});
     frame(viewer, 60000);
-    EXPECT_TRUE(isRed(readRgb(40, 30))) << text(readRgb(40, 30));
+    EXPECT_TRUE(isRed(readRgb(40, 30))) << pixelText(readRgb(40, 30));
     EXPECT_EQ(BLACK, readRgb(30, 40));
     EXPECT_EQ(90.0f, viewer->getRotationAngle()[2]);
     frame(viewer, 60000);
     EXPECT_EQ(BLACK, readRgb(40, 30));
-    EXPECT_TRUE(isRed(readRgb(30, 40))) << text(readRgb(30, 40));
+    EXPECT_TRUE(isRed(readRgb(30, 40))) << pixelText(readRgb(30, 40));
 }
 
 TEST_F(DisplayObjectScene, DrawBuildsOnTheModelviewInForce) {

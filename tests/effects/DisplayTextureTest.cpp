@@ -1,13 +1,13 @@
 #include "effects/DisplayTexture.h"
 
+#include "ProductionDefinition.h"
+#include "TimelineCall.h"
 #include "graphics/FrameBufferObject.h"
 #include "graphics/Texture.h"
 #include "runtime/Data.h"
 #include "runtime/DataFBOPool.h"
 #include "runtime/DataTexturePool.h"
 #include "runtime/KVLDemosys.h"
-#include "script/EffectDefinition.h"
-#include "script/EffectDefinitionParser.h"
 #include "script/ParameterGroup.h"
 #include "support/GLTestWindow.h"
 #include "support/PngWriter.h"
@@ -29,27 +29,13 @@
 
 namespace {
 
-const std::string DEFINITION =
-    std::string(KVL_SOURCE_DIR) + "/resources/definitions/DisplayTexture.def";
-
-std::unique_ptr<ParameterGroup> definitionDefaults() {
-    testing::internal::CaptureStdout();
-    EffectDefinitionParser parser(DEFINITION);
-    std::unique_ptr<EffectDefinition> definition(parser.parse());
-    std::unique_ptr<ParameterGroup> defaults;
-    if (definition != nullptr) {
-        defaults.reset(definition->getDefaults());
-    }
-    definition.reset();
-    testing::internal::GetCapturedStdout();
-    return defaults;
-}
+const ProductionDefinition DEFINITION("DisplayTexture");
 
 // A script block: the definition's defaults with some values replaced.
 std::unique_ptr<ParameterGroup> block(const std::map<std::string, std::string>& values) {
-    std::unique_ptr<ParameterGroup> group = definitionDefaults();
+    std::unique_ptr<ParameterGroup> group = DEFINITION.defaults();
     if (group == nullptr) {
-        ADD_FAILURE() << "no definition " << DEFINITION;
+        ADD_FAILURE() << "no definition " << DEFINITION.getPath();
         group.reset(new ParameterGroup());
     }
     for (const auto& entry : values) {
@@ -61,20 +47,7 @@ std::unique_ptr<ParameterGroup> block(const std::map<std::string, std::string>& 
 // The arguments of a timeline call: "p1" is the event's own time.
 ParameterGroup call(const std::string& method, const std::string& time,
                     std::initializer_list<const char*> arguments) {
-    ParameterGroup group;
-    group.addParameter("object", "plate");
-    group.addParameter("method", method);
-    group.addParameter("p1", time);
-    int key = 2;
-    for (const char* value : arguments) {
-        group.addParameter("p" + std::to_string(key++), value);
-    }
-    return group;
-}
-
-std::string text(const GLTestWindow::Rgb& pixel) {
-    return "(" + std::to_string(pixel[0]) + ", " + std::to_string(pixel[1]) + ", " +
-           std::to_string(pixel[2]) + ")";
+    return timelineCall("plate", method, time, arguments);
 }
 
 // The four texels of the test pictures, as the PNG file stores them: top
@@ -111,7 +84,7 @@ TEST(DisplayTexture, NewQuadIsOpaqueStillAndUnturnedWithNothingRunning) {
 }
 
 TEST(DisplayTexture, DefinitionDeclaresEveryKeyThatInitReads) {
-    std::unique_ptr<ParameterGroup> defaults = definitionDefaults();
+    std::unique_ptr<ParameterGroup> defaults = DEFINITION.defaults();
     ASSERT_NE(nullptr, defaults);
     for (const char* key : {"xpos", "ypos", "zpos", "xrot", "yrot", "zrot", "texture", "xscale",
                             "yscale", "alphablend"}) {
@@ -120,30 +93,15 @@ TEST(DisplayTexture, DefinitionDeclaresEveryKeyThatInitReads) {
 }
 
 TEST(DisplayTexture, DefinitionDeclaresTheNineMethodsWithTheirArguments) {
-    testing::internal::CaptureStdout();
-    EffectDefinitionParser parser(DEFINITION);
-    std::unique_ptr<EffectDefinition> definition(parser.parse());
-    ASSERT_NE(nullptr, definition) << parser.getErrorMessage();
-    const std::map<std::string, std::vector<std::string>> methods = {
-        {"setRenderTarget", {"<event>", "<string>"}},
-        {"fadeUp", {"<event>", "<time>"}},
-        {"fadeDown", {"<event>", "<time>"}},
-        {"moveTo", {"<event>", "<time>", "<float>", "<float>", "<float>"}},
-        {"setScaleValue", {"<event>", "<float>", "<float>"}},
-        {"setTexture", {"<event>", "<string>"}},
-        {"setRotation", {"<event>", "<float>", "<float>", "<float>"}},
-        {"setPosition", {"<event>", "<float>", "<float>", "<float>"}},
-        {"setTransparency", {"<event>", "<float>"}}};
-    for (const auto& method : methods) {
-        ASSERT_TRUE(definition->hasMethod(method.first)) << method.first;
-        ParameterGroup* arguments = definition->getMethod(method.first);
-        ASSERT_EQ(static_cast<int>(method.second.size()), arguments->size()) << method.first;
-        for (size_t i = 0; i < method.second.size(); i++) {
-            EXPECT_EQ(method.second[i], arguments->getValue(static_cast<int>(i))) << method.first;
-        }
-    }
-    definition.reset();
-    testing::internal::GetCapturedStdout();
+    DEFINITION.expectMethods({{"setRenderTarget", {"<event>", "<string>"}},
+                              {"fadeUp", {"<event>", "<time>"}},
+                              {"fadeDown", {"<event>", "<time>"}},
+                              {"moveTo", {"<event>", "<time>", "<float>", "<float>", "<float>"}},
+                              {"setScaleValue", {"<event>", "<float>", "<float>"}},
+                              {"setTexture", {"<event>", "<string>"}},
+                              {"setRotation", {"<event>", "<float>", "<float>", "<float>"}},
+                              {"setPosition", {"<event>", "<float>", "<float>", "<float>"}},
+                              {"setTransparency", {"<event>", "<float>"}}});
 }
 
 // ---------------------------------------------------------------- with GL and pools
@@ -269,7 +227,7 @@ protected:
     static void expectNear(const Rgb& expected, const Rgb& actual, int tolerance = 2) {
         for (int c = 0; c < 3; c++) {
             EXPECT_NEAR(expected[c], actual[c], tolerance)
-                << "expected " << text(expected) << ", got " << text(actual);
+                << "expected " << pixelText(expected) << ", got " << pixelText(actual);
         }
     }
 

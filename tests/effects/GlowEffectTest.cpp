@@ -1,5 +1,6 @@
 #include "effects/GlowEffect.h"
 
+#include "TimelineCall.h"
 #include "graphics/FrameBufferObject.h"
 #include "graphics/Shader.h"
 #include "runtime/DataFBOPool.h"
@@ -48,20 +49,7 @@ Shader* makeShader(const std::string& vertex, const std::string& fragment) {
 }
 
 ParameterGroup call(const std::string& method, std::initializer_list<const char*> arguments) {
-    ParameterGroup group;
-    group.addParameter("object", "glow");
-    group.addParameter("method", method);
-    group.addParameter("p1", "00:01:000");
-    int key = 2;
-    for (const char* value : arguments) {
-        group.addParameter("p" + std::to_string(key++), value);
-    }
-    return group;
-}
-
-std::string text(const GLTestWindow::Rgb& pixel) {
-    return "(" + std::to_string(pixel[0]) + ", " + std::to_string(pixel[1]) + ", " +
-           std::to_string(pixel[2]) + ")";
+    return timelineCall("glow", method, "00:01:000", arguments);
 }
 
 } // namespace
@@ -283,11 +271,11 @@ TEST_F(GlowEffectDrawing, SingleBrightPixelGlowsIntoItsNeighboursAndDarkAreasSta
     glow.setBuffers(render, scratch, glowBuffer);
     EXPECT_EQ("", generate());
     Rgb centre = read(glowBuffer, 32, 32);
-    EXPECT_GT(centre[0], 0) << text(centre);
+    EXPECT_GT(centre[0], 0) << pixelText(centre);
     for (const auto& offset : {std::pair<int, int>{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {2, 2}}) {
         Rgb neighbour = read(glowBuffer, 32 + offset.first, 32 + offset.second);
         EXPECT_GT(neighbour[0], 0)
-            << offset.first << "," << offset.second << " " << text(neighbour);
+            << offset.first << "," << offset.second << " " << pixelText(neighbour);
         EXPECT_EQ(neighbour[0], neighbour[1]);
         EXPECT_LE(neighbour[0], centre[0]);
     }
@@ -327,8 +315,8 @@ TEST_F(GlowEffectDrawing, DrawAddsTheHaloOnTopOfThePictureAndEmptiesTheRenderBuf
     EXPECT_EQ("", testing::internal::GetCapturedStdout());
     EXPECT_EQ((Rgb{255, 255, 255}), readRgb(32, 32));
     Rgb halo = readRgb(33, 32);
-    EXPECT_GT(halo[0], 0) << text(halo);
-    EXPECT_LT(halo[0], 255) << text(halo);
+    EXPECT_GT(halo[0], 0) << pixelText(halo);
+    EXPECT_LT(halo[0], 255) << pixelText(halo);
     EXPECT_EQ((Rgb{0, 0, 0}), readRgb(10, 10));
     EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
     EXPECT_FALSE(glIsEnabled(GL_BLEND));

@@ -49,5 +49,10 @@ void GLTestWindow::loadIdentityMatrices() {
 }
 
 std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgb& pixel) {
-    return out << "(" << int(pixel[0]) << ", " << int(pixel[1]) << ", " << int(pixel[2]) << ")";
+    return out << pixelText(pixel);
+}
+
+std::string pixelText(const GLTestWindow::Rgb& pixel) {
+    return "(" + std::to_string(pixel[0]) + ", " + std::to_string(pixel[1]) + ", " +
+           std::to_string(pixel[2]) + ")";
 }

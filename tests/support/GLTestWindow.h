@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 // A fixture that opens the player's real window (SDL 1.2, OpenGL, Mesa's
 // llvmpipe under Xvfb) for tests that draw and read pixels back. CTest runs
@@ -34,5 +35,7 @@ protected:
 
 // Prints pixels as (r, g, b) in failure messages.
 std::ostream& operator<<(std::ostream& out, const GLTestWindow::Rgb& pixel);
+// The same text as a string, for the messages of assertions.
+std::string pixelText(const GLTestWindow::Rgb& pixel);
 
 #endif
