@@ -2,6 +2,7 @@
 
 #include "graphics/Texture.h"
 #include "runtime/KVLDemosys.h"
+#include "support/GLState.h"
 #include "support/GLTestWindow.h"
 
 #include <gtest/gtest.h>
@@ -13,29 +14,8 @@
 
 namespace {
 
-using Viewport = std::array<GLint, 4>;
-using Matrix16 = std::array<GLfloat, 16>;
-
 Viewport viewport(GLint width, GLint height) {
     return {0, 0, width, height};
-}
-
-Viewport currentViewport() {
-    Viewport values{};
-    glGetIntegerv(GL_VIEWPORT, values.data());
-    return values;
-}
-
-GLint currentFramebuffer() {
-    GLint binding = -1;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &binding);
-    return binding;
-}
-
-Matrix16 matrix(GLenum which) {
-    Matrix16 values{};
-    glGetFloatv(which, values.data());
-    return values;
 }
 
 std::string statusLine(const std::string& message, GLenum status, bool valid) {

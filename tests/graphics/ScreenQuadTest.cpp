@@ -1,5 +1,6 @@
 #include "graphics/ScreenQuad.h"
 
+#include "support/GLState.h"
 #include "support/GLTestWindow.h"
 
 #include <GL/glew.h>
@@ -8,12 +9,6 @@
 namespace {
 
 using Rgb = GLTestWindow::Rgb;
-
-GLfloat matrixElement(GLenum which, int index) {
-    GLfloat values[16] = {};
-    glGetFloatv(which, values);
-    return values[index];
-}
 
 GLint matrixMode() {
     GLint mode = 0;
@@ -74,10 +69,10 @@ TEST_F(ScreenQuadTest, PoppingGivesBackBothMatricesAndLeavesTheModelviewMode) {
     glMatrixMode(GL_PROJECTION);
     ScreenQuad::pushIdentities();
     EXPECT_EQ(GL_MODELVIEW, matrixMode());
-    EXPECT_EQ(0.0f, matrixElement(GL_PROJECTION_MATRIX, 12));
-    EXPECT_EQ(0.0f, matrixElement(GL_MODELVIEW_MATRIX, 13));
+    EXPECT_EQ(0.0f, matrix(GL_PROJECTION_MATRIX)[12]);
+    EXPECT_EQ(0.0f, matrix(GL_MODELVIEW_MATRIX)[13]);
     ScreenQuad::popIdentities();
     EXPECT_EQ(GL_MODELVIEW, matrixMode());
-    EXPECT_EQ(0.5f, matrixElement(GL_PROJECTION_MATRIX, 12));
-    EXPECT_EQ(0.25f, matrixElement(GL_MODELVIEW_MATRIX, 13));
+    EXPECT_EQ(0.5f, matrix(GL_PROJECTION_MATRIX)[12]);
+    EXPECT_EQ(0.25f, matrix(GL_MODELVIEW_MATRIX)[13]);
 }

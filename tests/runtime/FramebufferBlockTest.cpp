@@ -4,6 +4,7 @@
 #include "graphics/Texture.h"
 #include "runtime/DataFBOPool.h"
 #include "runtime/KVLDemosys.h"
+#include "support/GLState.h"
 #include "support/LoaderFixture.h"
 #include "support/ProductionScript.h"
 #include "support/StdoutCapture.h"
@@ -47,18 +48,6 @@ std::string blockLog(const std::string& log) {
     }
     size_t to = log.find("[Loading Graphics]\n", from);
     return log.substr(from, (to == std::string::npos) ? std::string::npos : to - from);
-}
-
-GLint currentFramebuffer() {
-    GLint binding = -1;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &binding);
-    return binding;
-}
-
-std::array<GLint, 4> currentViewport() {
-    std::array<GLint, 4> values{};
-    glGetIntegerv(GL_VIEWPORT, values.data());
-    return values;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "graphics/FrameBufferObject.h"
 #include "graphics/Texture.h"
 #include "runtime/KVLDemosys.h"
+#include "support/GLState.h"
 #include "support/GLTestWindow.h"
 #include "timeline/ActionPool.h"
 #include "timeline/Effect.h"
@@ -48,18 +49,6 @@ public:
 
 std::array<GLint, 4> viewport(GLint x, GLint y, GLint width, GLint height) {
     return {x, y, width, height};
-}
-
-std::array<GLint, 4> currentViewport() {
-    std::array<GLint, 4> values{};
-    glGetIntegerv(GL_VIEWPORT, values.data());
-    return values;
-}
-
-GLint currentFramebuffer() {
-    GLint binding = -1;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &binding);
-    return binding;
 }
 
 // The RGB of one texel of a target's colour texture.

@@ -1,4 +1,6 @@
 #include "timeline/EventModifyEffect.h"
+
+#include "EventPools.h"
 #include "runtime/Data.h"
 #include "runtime/DataEffectPool.h"
 #include "runtime/KVLDemosys.h"
@@ -43,21 +45,11 @@ ParameterGroup* modifyGroup(const std::string& object, const std::string& method
 class EventModifyEffectTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        KVLDemosys::resetState();
-        KVLDemosys::data = new Data();
-        KVLDemosys::effectPool = new DataEffectPool();
-        KVLDemosys::data->addData("effectPool", KVLDemosys::effectPool);
-        KVLDemosys::action = new ActionPool();
+        createEventPools();
         effect = new RecordingEffect();
         KVLDemosys::effectPool->addEffect("intro", effect);
     }
-    void TearDown() override {
-        testing::internal::CaptureStdout();
-        delete KVLDemosys::action;
-        delete KVLDemosys::data;
-        testing::internal::GetCapturedStdout();
-        KVLDemosys::resetState();
-    }
+    void TearDown() override { deleteEventPools(); }
 
     RecordingEffect* effect = nullptr;
 };

@@ -1,4 +1,6 @@
 #include "timeline/EventStartEffect.h"
+
+#include "EventPools.h"
 #include "graphics/FrameBufferObject.h"
 #include "runtime/Data.h"
 #include "runtime/DataEffectPool.h"
@@ -42,35 +44,16 @@ ParameterGroup* startGroup(const std::string& object, const std::string& time,
     return group;
 }
 
-// The pools and the action pool as the resource loader makes them.
-void createPools() {
-    KVLDemosys::resetState();
-    KVLDemosys::data = new Data();
-    KVLDemosys::effectPool = new DataEffectPool();
-    KVLDemosys::fboPool = new DataFBOPool();
-    KVLDemosys::data->addData("effectPool", KVLDemosys::effectPool);
-    KVLDemosys::data->addData("fboPool", KVLDemosys::fboPool);
-    KVLDemosys::action = new ActionPool();
-}
-
-void deletePools() {
-    testing::internal::CaptureStdout();
-    delete KVLDemosys::action;
-    delete KVLDemosys::data;
-    testing::internal::GetCapturedStdout();
-    KVLDemosys::resetState();
-}
-
 } // namespace
 
 class EventStartEffectTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        createPools();
+        createEventPools();
         intro = new RecordingEffect(&draws);
         KVLDemosys::effectPool->addEffect("intro", intro);
     }
-    void TearDown() override { deletePools(); }
+    void TearDown() override { deleteEventPools(); }
 
     RecordingEffect* intro = nullptr;
     std::vector<unsigned int> draws;
@@ -81,14 +64,14 @@ class EventStartEffectWithTargets : public GLTestWindow {
 protected:
     void SetUp() override {
         GLTestWindow::SetUp();
-        createPools();
+        createEventPools();
         intro = new RecordingEffect(&draws);
         KVLDemosys::effectPool->addEffect("intro", intro);
         mainBuffer = new FrameBufferObject(32, 32, true, false);
         KVLDemosys::fboPool->addFBO("mainBuffer", mainBuffer);
     }
     void TearDown() override {
-        deletePools();
+        deleteEventPools();
         GLTestWindow::TearDown();
     }
 
