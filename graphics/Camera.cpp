@@ -8,21 +8,12 @@ namespace {
 
 const double PI = 3.141592653589793;
 
-Vector<float, 3> makeVector(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 } // namespace
 
 Camera::Camera()
     : pitch(0.0f), heading(0.0f), maxPitchRate(5.0f), maxHeadingRate(5.0f), maxVelocity(100.0f),
-      velocity(0.0f), direction(), up(makeVector(0.0f, 1.0f, 0.0f)),
-      right(makeVector(1.0f, 0.0f, 0.0f)), pitchRotation(), headingRotation(), rotation(),
-      position(), matrix() {}
+      velocity(0.0f), direction(), up(vec3(0.0f, 1.0f, 0.0f)), right(vec3(1.0f, 0.0f, 0.0f)),
+      pitchRotation(), headingRotation(), rotation(), position(), matrix() {}
 
 void Camera::changePitch(float delta) {
     if (std::fabs(maxPitchRate) > std::fabs(delta)) {
@@ -120,7 +111,7 @@ void Camera::setGLMatrixes() {
     glMultMatrixf(matrix.data());
     matrix.print();
 
-    direction = makeVector(matrix[8], matrix[9], -matrix[10]);
+    direction = vec3(matrix[8], matrix[9], -matrix[10]);
     direction.normalize();
     position = position + direction * velocity;
     glTranslatef(-position[0], -position[1], -position[2]);

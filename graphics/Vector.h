@@ -92,6 +92,30 @@ template <typename T> Vector<T, 3> cross(Vector<T, 3> a, Vector<T, 3> b) {
     return result;
 }
 
+// A position or a direction of the three values, in order.
+inline Vector<float, 3> vec3(float x, float y, float z) {
+    Vector<float, 3> v;
+    v[0] = x;
+    v[1] = y;
+    v[2] = z;
+    return v;
+}
+
+// The first three floats of an array, such as a vertex kept as plain floats.
+inline Vector<float, 3> vec3(const float* values) {
+    return vec3(values[0], values[1], values[2]);
+}
+
+// A colour of the four values, alpha last.
+inline Vector<float, 4> vec4(float r, float g, float b, float a) {
+    Vector<float, 4> c;
+    c[0] = r;
+    c[1] = g;
+    c[2] = b;
+    c[3] = a;
+    return c;
+}
+
 inline std::ostream& operator<<(std::ostream& out, const Vector<float, 3>& v) {
     return out << "[" << v[0] << "," << v[1] << "," << v[2] << "]";
 }

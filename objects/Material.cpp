@@ -7,15 +7,6 @@
 
 namespace {
 
-Vector<float, 4> colour(float r, float g, float b, float a) {
-    Vector<float, 4> c;
-    c[0] = r;
-    c[1] = g;
-    c[2] = b;
-    c[3] = a;
-    return c;
-}
-
 std::string rgbText(const Vector<float, 4>& c) {
     return KVLUtils::float2string(c[0]) + "," + KVLUtils::float2string(c[1]) + "," +
            KVLUtils::float2string(c[2]) + ";\n";
@@ -24,8 +15,8 @@ std::string rgbText(const Vector<float, 4>& c) {
 } // namespace
 
 Material::Material()
-    : name(), diffuse(colour(0.75f, 0.75f, 0.75f, 1.0f)), emissive(colour(0.0f, 0.0f, 0.0f, 1.0f)),
-      specular(colour(0.5f, 0.5f, 0.5f, 1.0f)), ambient(colour(0.75f, 0.75f, 0.75f, 1.0f)),
+    : name(), diffuse(vec4(0.75f, 0.75f, 0.75f, 1.0f)), emissive(vec4(0.0f, 0.0f, 0.0f, 1.0f)),
+      specular(vec4(0.5f, 0.5f, 0.5f, 1.0f)), ambient(vec4(0.75f, 0.75f, 0.75f, 1.0f)),
       shinyness(10.0f), transparency(0.0f), texture1(nullptr), texture2(nullptr) {}
 
 Material::~Material() {
@@ -38,11 +29,11 @@ void Material::setDiffuse(Vector<float, 4> c) {
 }
 
 void Material::setDiffuse(float r, float g, float b) {
-    diffuse = colour(r, g, b, diffuse[3]);
+    diffuse = vec4(r, g, b, diffuse[3]);
 }
 
 void Material::setDiffuse(float r, float g, float b, float a) {
-    diffuse = colour(r, g, b, a);
+    diffuse = vec4(r, g, b, a);
 }
 
 void Material::setAmbience(Vector<float, 4> c) {
@@ -50,11 +41,11 @@ void Material::setAmbience(Vector<float, 4> c) {
 }
 
 void Material::setAmbience(float r, float g, float b) {
-    ambient = colour(r, g, b, ambient[3]);
+    ambient = vec4(r, g, b, ambient[3]);
 }
 
 void Material::setAmbience(float r, float g, float b, float a) {
-    ambient = colour(r, g, b, a);
+    ambient = vec4(r, g, b, a);
 }
 
 void Material::setEmissive(Vector<float, 4> c) {
@@ -62,11 +53,11 @@ void Material::setEmissive(Vector<float, 4> c) {
 }
 
 void Material::setEmissive(float r, float g, float b) {
-    emissive = colour(r, g, b, emissive[3]);
+    emissive = vec4(r, g, b, emissive[3]);
 }
 
 void Material::setEmissive(float r, float g, float b, float a) {
-    emissive = colour(r, g, b, a);
+    emissive = vec4(r, g, b, a);
 }
 
 void Material::setSpecular(Vector<float, 4> c) {
@@ -74,11 +65,11 @@ void Material::setSpecular(Vector<float, 4> c) {
 }
 
 void Material::setSpecular(float r, float g, float b) {
-    specular = colour(r, g, b, specular[3]);
+    specular = vec4(r, g, b, specular[3]);
 }
 
 void Material::setSpecular(float r, float g, float b, float a) {
-    specular = colour(r, g, b, a);
+    specular = vec4(r, g, b, a);
 }
 
 Vector<float, 4> Material::getDiffuse() const {

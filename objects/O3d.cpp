@@ -13,14 +13,6 @@
 
 namespace {
 
-Vector<float, 3> toVector(const float* values) {
-    Vector<float, 3> v;
-    v[0] = values[0];
-    v[1] = values[1];
-    v[2] = values[2];
-    return v;
-}
-
 void emitVertex(Vector<float, 3> v) {
     glVertex3fv(v.data());
 }
@@ -255,7 +247,7 @@ void O3d::calculateCrease(float degrees) {
             if (v == nullptr) {
                 continue;
             }
-            p->setVertexNormal(c, toVector(v->getNormal()));
+            p->setVertexNormal(c, vec3(v->getNormal()));
             // The vertex gives the count, but the faces compared are the
             // first ones of the object's own list. A vertex used twice by one
             // triangle can count more faces than the object has; the
@@ -301,7 +293,7 @@ void O3d::calculateBBox() {
 
 void O3d::invertNormals() {
     for (O3dVertex* v : vertices) {
-        v->setNormal(-toVector(v->getNormal()));
+        v->setNormal(-vec3(v->getNormal()));
     }
     for (O3dPolygon* p : polygons) {
         p->setNormal(-p->getNormal());
@@ -434,7 +426,7 @@ void O3d::drawVertexNormals() const {
     for (const O3dVertex* v : vertices) {
         Vector<float, 3> p = v->getVertexCopy() * scaleValue;
         emitVertex(p);
-        emitVertex(p + toVector(v->getNormal()) * 0.5f);
+        emitVertex(p + vec3(v->getNormal()) * 0.5f);
     }
     glEnd();
     glDisable(GL_COLOR_MATERIAL);

@@ -164,14 +164,6 @@ void widen(Vector<float, 3>& min, Vector<float, 3>& max, const float* point) {
     }
 }
 
-Vector<float, 3> toVector(const float* values) {
-    Vector<float, 3> v;
-    v[0] = values[0];
-    v[1] = values[1];
-    v[2] = values[2];
-    return v;
-}
-
 } // namespace
 
 void O3dScene::calculateBBox() {
@@ -180,8 +172,8 @@ void O3dScene::calculateBBox() {
     }
     // A scene without objects keeps the box it had.
     if (!objects.empty()) {
-        bboxMin = toVector(objects[0]->getBBoxMin());
-        bboxMax = toVector(objects[0]->getBBoxMax());
+        bboxMin = vec3(objects[0]->getBBoxMin());
+        bboxMax = vec3(objects[0]->getBBoxMax());
     }
     for (const O3d* object : objects) {
         widen(bboxMin, bboxMax, object->getBBoxMin());

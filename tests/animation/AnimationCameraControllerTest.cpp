@@ -14,19 +14,11 @@
 
 namespace {
 
-Vector<float, 3> place(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 // A straight flight from (0, 0, 0) to (20, 10, -40), pitch 0 to 30, heading
 // 0 to 90: every t has its own pose.
 void fillLine(Animation& animation) {
-    animation.addKeyframe(new Keyframe(place(0.0f, 0.0f, 0.0f), 0.0f, 0.0f));
-    animation.addKeyframe(new Keyframe(place(20.0f, 10.0f, -40.0f), 30.0f, 90.0f));
+    animation.addKeyframe(new Keyframe(vec3(0.0f, 0.0f, 0.0f), 0.0f, 0.0f));
+    animation.addKeyframe(new Keyframe(vec3(20.0f, 10.0f, -40.0f), 30.0f, 90.0f));
 }
 
 void expectCameraAt(const Vector<float, 3>& position, float pitch, float heading) {
@@ -39,7 +31,7 @@ void expectCameraAt(const Vector<float, 3>& position, float pitch, float heading
 }
 
 void placeCamera(float x, float pitch, float heading) {
-    KVLDemosys::camera.setPosition(place(x, -x, 2.0f * x));
+    KVLDemosys::camera.setPosition(vec3(x, -x, 2.0f * x));
     KVLDemosys::camera.setPitch(pitch);
     KVLDemosys::camera.setHeading(heading);
 }
@@ -107,7 +99,7 @@ TEST_F(AnimationCameraControllerTest, AnimateOutsideTheRangeLeavesTheCameraUncha
     placeCamera(7.0f, 12.0f, 34.0f);
     for (unsigned int ms : {0u, 999u, 3001u, 100000u}) {
         EXPECT_EQ("", animateLog(controller, ms)) << ms;
-        expectCameraAt(place(7.0f, -7.0f, 14.0f), 12.0f, 34.0f);
+        expectCameraAt(vec3(7.0f, -7.0f, 14.0f), 12.0f, 34.0f);
     }
 }
 
@@ -117,7 +109,7 @@ TEST_F(AnimationCameraControllerTest, HalfwayThroughARangeOf1000To3000AsksThePat
     fillLine(twin);
     twin.next(0.5);
     expectCameraAt(twin.getPosition(), twin.getPitch(), twin.getHeading());
-    expectCameraAt(place(10.0f, 5.0f, -20.0f), 15.0f, 45.0f);
+    expectCameraAt(vec3(10.0f, 5.0f, -20.0f), 15.0f, 45.0f);
 }
 
 TEST_F(AnimationCameraControllerTest, TimeIsNormalizedOverTheRangeAndNarrowedToAFloat) {
@@ -131,7 +123,7 @@ TEST_F(AnimationCameraControllerTest, TimeIsNormalizedOverTheRangeAndNarrowedToA
 TEST_F(AnimationCameraControllerTest, AtTheStartTimeTheCameraIsAtThePathsBeginning) {
     placeCamera(7.0f, 12.0f, 34.0f);
     EXPECT_EQ("", animateLog(controller, 1000));
-    expectCameraAt(place(0.0f, 0.0f, 0.0f), 0.0f, 0.0f);
+    expectCameraAt(vec3(0.0f, 0.0f, 0.0f), 0.0f, 0.0f);
 }
 
 TEST_F(AnimationCameraControllerTest, AtTheEndTimeThePathIsOutOfRangeAndTheLastPoseStays) {
@@ -150,7 +142,7 @@ TEST_F(AnimationCameraControllerTest, ControllerWithoutAnAnimationIgnoresAnimate
     empty.setStartTime(1000u);
     empty.setEndTime(3000u);
     EXPECT_EQ("", animateLog(empty, 2000));
-    expectCameraAt(place(7.0f, -7.0f, 14.0f), 12.0f, 34.0f);
+    expectCameraAt(vec3(7.0f, -7.0f, 14.0f), 12.0f, 34.0f);
 }
 
 TEST_F(AnimationCameraControllerTest, AnimateDependsOnlyOnItsArgumentSoEffectsMaySeek) {
@@ -178,13 +170,13 @@ TEST_F(AnimationCameraControllerTest, AnimateSetsTheCameraFieldsButNotItsMatrix)
 TEST_F(AnimationCameraControllerTest, CatmullPathsPlayThroughTheControllerToo) {
     Animation spline;
     for (int k = 0; k < 5; k++) {
-        spline.addKeyframe(new Keyframe(place(3.0f * k, 0.0f, 0.0f), 0.0f, 10.0f * k));
+        spline.addKeyframe(new Keyframe(vec3(3.0f * k, 0.0f, 0.0f), 0.0f, 10.0f * k));
     }
     spline.setInterpolationType(Animation::CATMULL_ROM);
     controller.setAnimation(&spline);
     controller.animate(1000);
     // A spline path starts at its second keyframe.
-    expectCameraAt(place(3.0f, 0.0f, 0.0f), 0.0f, 10.0f);
+    expectCameraAt(vec3(3.0f, 0.0f, 0.0f), 0.0f, 10.0f);
 }
 
 TEST_F(AnimationCameraControllerTest, EqualStartAndEndTimesDoNotMoveTheCamera) {

@@ -13,20 +13,12 @@
 
 namespace {
 
-Vector<float, 3> place(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 // Keyframe k sits at (10k, 100 + k, -k) with pitch k and heading 10k, so any
 // pose names the keyframes it came from.
 void fill(Animation& animation, int count) {
     for (int k = 0; k < count; k++) {
-        animation.addKeyframe(new Keyframe(place(10.0f * k, 100.0f + k, -1.0f * k),
-                                           static_cast<float>(k), 10.0f * k));
+        animation.addKeyframe(
+            new Keyframe(vec3(10.0f * k, 100.0f + k, -1.0f * k), static_cast<float>(k), 10.0f * k));
     }
 }
 
@@ -123,8 +115,8 @@ TEST(Animation, LinearBetweenKeyframesBlendsTheTwoAroundIt) {
 
 TEST(Animation, LinearPoseFollowsTheBlendFormulaExactly) {
     Animation animation;
-    Keyframe* k0 = new Keyframe(place(1.0f, 2.0f, 3.0f), 5.0f, 7.0f);
-    Keyframe* k1 = new Keyframe(place(-3.0f, 8.5f, 0.25f), 11.0f, -13.0f);
+    Keyframe* k0 = new Keyframe(vec3(1.0f, 2.0f, 3.0f), 5.0f, 7.0f);
+    Keyframe* k1 = new Keyframe(vec3(-3.0f, 8.5f, 0.25f), 11.0f, -13.0f);
     animation.addKeyframe(k0);
     animation.addKeyframe(k1);
     float t = 0.3f;
@@ -207,10 +199,10 @@ TEST(Animation, CatmullPathEndsAtTheLastButOneKeyframe) {
 
 TEST(Animation, CatmullUsesTheUniformSplineWeights) {
     Animation animation;
-    Keyframe* k0 = new Keyframe(place(0.0f, 3.0f, -1.0f), 0.0f, 0.0f);
-    Keyframe* k1 = new Keyframe(place(5.0f, 1.0f, 2.0f), 10.0f, 45.0f);
-    Keyframe* k2 = new Keyframe(place(10.0f, 7.0f, 0.5f), 10.0f, 90.0f);
-    Keyframe* k3 = new Keyframe(place(5.0f, -2.0f, 4.0f), 30.0f, 135.0f);
+    Keyframe* k0 = new Keyframe(vec3(0.0f, 3.0f, -1.0f), 0.0f, 0.0f);
+    Keyframe* k1 = new Keyframe(vec3(5.0f, 1.0f, 2.0f), 10.0f, 45.0f);
+    Keyframe* k2 = new Keyframe(vec3(10.0f, 7.0f, 0.5f), 10.0f, 90.0f);
+    Keyframe* k3 = new Keyframe(vec3(5.0f, -2.0f, 4.0f), 30.0f, 135.0f);
     for (Keyframe* k : {k0, k1, k2, k3}) {
         animation.addKeyframe(k);
     }
@@ -241,8 +233,8 @@ TEST(Animation, CatmullAtAWholeKeyframeTimeJumpsOneKeyframeAhead) {
 
 TEST(Animation, HeadingFrom350To10PassesThrough180) {
     Animation animation;
-    animation.addKeyframe(new Keyframe(place(0.0f, 0.0f, 0.0f), 0.0f, 350.0f));
-    animation.addKeyframe(new Keyframe(place(0.0f, 0.0f, 0.0f), 0.0f, 10.0f));
+    animation.addKeyframe(new Keyframe(vec3(0.0f, 0.0f, 0.0f), 0.0f, 350.0f));
+    animation.addKeyframe(new Keyframe(vec3(0.0f, 0.0f, 0.0f), 0.0f, 10.0f));
     animation.next(0.5);
     EXPECT_EQ(180.0f, animation.getHeading());
     animation.next(0.25);
@@ -281,8 +273,8 @@ TEST(Animation, TimesBelowZeroOrNotANumberLeaveThePose) {
 
 TEST(Animation, PrintWritesTheAnimationFileFormat) {
     Animation animation;
-    animation.addKeyframe(new Keyframe(place(0.0f, 0.0f, 10.0f), 0.0f, 0.0f));
-    animation.addKeyframe(new Keyframe(place(5.0f, 1.0f, 5.0f), 10.0f, 45.0f));
+    animation.addKeyframe(new Keyframe(vec3(0.0f, 0.0f, 10.0f), 0.0f, 0.0f));
+    animation.addKeyframe(new Keyframe(vec3(5.0f, 1.0f, 5.0f), 10.0f, 45.0f));
     testing::internal::CaptureStdout();
     animation.print();
     EXPECT_EQ("KVLANI1\nkeyframes 2\npos 0 0 10\nrot 0 0\npos 5 1 5\nrot 10 45\n",
@@ -322,7 +314,7 @@ protected:
     static void fillRow(Animation& animation, int count) {
         for (int k = 0; k < count; k++) {
             float x = -0.9f + 1.8f * k / (count - 1);
-            animation.addKeyframe(new Keyframe(place(x, 0.0f, 0.0f), 0.0f, 0.0f));
+            animation.addKeyframe(new Keyframe(vec3(x, 0.0f, 0.0f), 0.0f, 0.0f));
         }
     }
 

@@ -4,18 +4,6 @@
 
 #include <string>
 
-namespace {
-
-Vector<float, 3> place(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
-} // namespace
-
 TEST(Keyframe, NewKeyframeStandsAtTheOriginWithBothAnglesZero) {
     Keyframe keyframe;
     EXPECT_EQ(0.0f, keyframe.getPosition()[0]);
@@ -26,7 +14,7 @@ TEST(Keyframe, NewKeyframeStandsAtTheOriginWithBothAnglesZero) {
 }
 
 TEST(Keyframe, ConstructorTakesPitchBeforeHeading) {
-    Keyframe keyframe(place(1.5f, -2.0f, 3.25f), 10.0f, 45.0f);
+    Keyframe keyframe(vec3(1.5f, -2.0f, 3.25f), 10.0f, 45.0f);
     EXPECT_EQ(1.5f, keyframe.getPosition()[0]);
     EXPECT_EQ(-2.0f, keyframe.getPosition()[1]);
     EXPECT_EQ(3.25f, keyframe.getPosition()[2]);
@@ -35,28 +23,28 @@ TEST(Keyframe, ConstructorTakesPitchBeforeHeading) {
 }
 
 TEST(Keyframe, SettersReplaceEachValueOnItsOwn) {
-    Keyframe keyframe(place(1.0f, 2.0f, 3.0f), 4.0f, 5.0f);
+    Keyframe keyframe(vec3(1.0f, 2.0f, 3.0f), 4.0f, 5.0f);
     keyframe.setPitch(-30.0f);
     EXPECT_EQ(-30.0f, keyframe.getPitch());
     EXPECT_EQ(5.0f, keyframe.getHeading());
     keyframe.setHeading(270.0f);
     EXPECT_EQ(-30.0f, keyframe.getPitch());
     EXPECT_EQ(270.0f, keyframe.getHeading());
-    keyframe.setPosition(place(7.0f, 8.0f, 9.0f));
+    keyframe.setPosition(vec3(7.0f, 8.0f, 9.0f));
     EXPECT_EQ(7.0f, keyframe.getPosition()[0]);
     EXPECT_EQ(8.0f, keyframe.getPosition()[1]);
     EXPECT_EQ(9.0f, keyframe.getPosition()[2]);
 }
 
 TEST(Keyframe, PositionIsHandedOutAsACopy) {
-    Keyframe keyframe(place(1.0f, 2.0f, 3.0f), 0.0f, 0.0f);
+    Keyframe keyframe(vec3(1.0f, 2.0f, 3.0f), 0.0f, 0.0f);
     Vector<float, 3> copy = keyframe.getPosition();
     copy[0] = 100.0f;
     EXPECT_EQ(1.0f, keyframe.getPosition()[0]);
 }
 
 TEST(Keyframe, PrintWritesThePosAndRotLinesOfTheFileFormat) {
-    Keyframe keyframe(place(5.0f, 1.5f, -5.0f), 10.0f, 45.0f);
+    Keyframe keyframe(vec3(5.0f, 1.5f, -5.0f), 10.0f, 45.0f);
     testing::internal::CaptureStdout();
     keyframe.print();
     EXPECT_EQ("pos 5 1.5 -5\nrot 10 45\n", testing::internal::GetCapturedStdout());

@@ -12,14 +12,6 @@ namespace {
 
 const double PI = 3.141592653589793;
 
-Vector<float, 3> vec3(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 // The window may have no alpha channel, so pixels are compared by colour.
 std::array<int, 3> rgb(GLTestWindow::Rgba pixel) {
     return {pixel[0], pixel[1], pixel[2]};

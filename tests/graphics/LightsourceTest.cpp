@@ -9,14 +9,6 @@
 
 namespace {
 
-Vector<float, 3> vec3(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 std::array<float, 4> lightValue(GLenum name) {
     std::array<float, 4> value{};
     glGetLightfv(GL_LIGHT0, name, value.data());

@@ -7,14 +7,6 @@
 
 namespace {
 
-Vector<float, 3> vec3(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
 std::string streamed(Vector<float, 3> v) {
     std::ostringstream out;
     out << v;

@@ -19,15 +19,6 @@ void expectColour(float r, float g, float b, float a, Vector<float, 4> colour) {
     EXPECT_FLOAT_EQ(a, colour[3]);
 }
 
-Vector<float, 4> rgba(float r, float g, float b, float a) {
-    Vector<float, 4> c;
-    c[0] = r;
-    c[1] = g;
-    c[2] = b;
-    c[3] = a;
-    return c;
-}
-
 const std::string DEFAULT_COLOURS = "Material {\n"
                                     "  diffuse = 0.75,0.75,0.75;\n"
                                     "  ambient = 0.75,0.75,0.75;\n"
@@ -69,10 +60,10 @@ TEST(Material, ThreeNumberSettersKeepTheAlpha) {
 
 TEST(Material, VectorSettersTakeAllFourValues) {
     Material material;
-    material.setDiffuse(rgba(0.1f, 0.2f, 0.3f, 0.4f));
-    material.setAmbience(rgba(0.2f, 0.3f, 0.4f, 0.5f));
-    material.setEmissive(rgba(0.3f, 0.4f, 0.5f, 0.6f));
-    material.setSpecular(rgba(0.4f, 0.5f, 0.6f, 0.7f));
+    material.setDiffuse(vec4(0.1f, 0.2f, 0.3f, 0.4f));
+    material.setAmbience(vec4(0.2f, 0.3f, 0.4f, 0.5f));
+    material.setEmissive(vec4(0.3f, 0.4f, 0.5f, 0.6f));
+    material.setSpecular(vec4(0.4f, 0.5f, 0.6f, 0.7f));
     expectColour(0.1f, 0.2f, 0.3f, 0.4f, material.getDiffuse());
     expectColour(0.2f, 0.3f, 0.4f, 0.5f, material.getAmbient());
     expectColour(0.3f, 0.4f, 0.5f, 0.6f, material.getEmissive());

@@ -349,7 +349,7 @@ TEST(O3d, CreaseOf180MakesNoCornerFlat) {
         O3dPolygon* polygon = object.getPolygon(p);
         EXPECT_TRUE(polygon->overrideVertexNormals());
         for (int c = 0; c < 3; c++) {
-            expectVector(toVec3(polygon->getVn(c)->getNormal()), polygon->getVertexNormal(c));
+            expectVector(vec3(polygon->getVn(c)->getNormal()), polygon->getVertexNormal(c));
         }
     }
     EXPECT_TRUE(kid->getPolygon(0)->overrideVertexNormals());
@@ -409,7 +409,7 @@ TEST(O3d, CreaseOfZeroLeavesACornerSmoothWhenTheFirstTrianglesOfTheObjectAreCopl
     // Vertex 0 has two triangles, so triangles 0 and 1 are compared with
     // triangle 0: both coplanar, so its corner keeps the smooth mean,
     // although triangle 2 at the same vertex stands at right angles.
-    Vector<float, 3> smooth = toVec3(object.getVertex(0)->getNormal());
+    Vector<float, 3> smooth = vec3(object.getVertex(0)->getNormal());
     expectVector(vec3(0.5f, 0, 0.5f), smooth);
     expectVector(smooth, flat->getVertexNormal(0));
     expectVector(smooth, flat->getVertexNormal(1));
@@ -723,7 +723,7 @@ TEST_F(O3dDrawing, VertexNormalsAreGreenLinesOfHalfALengthFromTheScaledVertices)
     ASSERT_EQ(4u, lines.size());
     for (int i = 0; i < 4; i++) {
         Vector<float, 3> from = object->getVertex(i)->getVertexCopy() * 0.5f;
-        Vector<float, 3> to = from + toVec3(object->getVertex(i)->getNormal()) * 0.5f;
+        Vector<float, 3> to = from + vec3(object->getVertex(i)->getNormal()) * 0.5f;
         const FeedbackVertex* ends = lines[i].vertices.data();
         EXPECT_NEAR(from[0], objectX(ends[0]), 1e-5);
         EXPECT_NEAR(from[1], objectY(ends[0]), 1e-5);

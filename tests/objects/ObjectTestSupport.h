@@ -18,18 +18,6 @@
 // Scenes for the object tests are built in code, the way the file readers
 // build them: vertices, then triangles, then normals.
 
-inline Vector<float, 3> vec3(float x, float y, float z) {
-    Vector<float, 3> v;
-    v[0] = x;
-    v[1] = y;
-    v[2] = z;
-    return v;
-}
-
-inline Vector<float, 3> toVec3(const float* values) {
-    return vec3(values[0], values[1], values[2]);
-}
-
 // Vectors as lists, so that a failed comparison shows every value.
 inline std::vector<float> values(const Vector<float, 4>& v) {
     return {v[0], v[1], v[2], v[3]};
