@@ -39,18 +39,6 @@ template <class Step> std::string logOf(Step step) {
     return testing::internal::GetCapturedStdout();
 }
 
-// The RGB of one texel of a target's colour texture, read from the texture
-// itself.
-GLTestWindow::Rgb texel(const FrameBufferObject& target, int x, int y) {
-    std::vector<unsigned char> pixels(target.getWidth() * target.getHeight() * 4);
-    glBindTexture(GL_TEXTURE_2D, target.getColorBuffer()->getID());
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    size_t at = (static_cast<size_t>(y) * target.getWidth() + x) * 4;
-    return {pixels[at], pixels[at + 1], pixels[at + 2]};
-}
-
 GLint attachmentType(GLenum attachment) {
     GLint type = -1;
     glGetFramebufferAttachmentParameterivEXT(GL_FRAMEBUFFER_EXT, attachment,

@@ -51,17 +51,6 @@ std::array<GLint, 4> viewport(GLint x, GLint y, GLint width, GLint height) {
     return {x, y, width, height};
 }
 
-// The RGB of one texel of a target's colour texture.
-GLTestWindow::Rgb texel(FrameBufferObject& target, int x, int y) {
-    std::vector<unsigned char> pixels(target.getWidth() * target.getHeight() * 4);
-    glBindTexture(GL_TEXTURE_2D, target.getColorBuffer()->getID());
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    size_t at = (static_cast<size_t>(y) * target.getWidth() + x) * 4;
-    return {pixels[at], pixels[at + 1], pixels[at + 2]};
-}
-
 } // namespace
 
 class ActionPoolTarget : public GLTestWindow {
