@@ -36,6 +36,14 @@ long ticksOf(const std::string& line) {
     return std::strtol(line.substr(open + 1, 10).c_str(), nullptr, 10);
 }
 
+// The clock of the run's "Duration : " line lies between the two ticks.
+void expectDurationBetween(const PlayerRun& run, long above, long below) {
+    int duration = findLine(run.lines, "Duration : ");
+    ASSERT_GE(duration, 0) << allLines(run.lines);
+    EXPECT_GT(ticksOf(run.lines[duration]), above) << run.lines[duration];
+    EXPECT_LT(ticksOf(run.lines[duration]), below) << run.lines[duration];
+}
+
 // One fade over the production's music. Every key of "screen" is given, so
 // the report does not depend on the defaults of the definition files.
 ProductionScript fadeWithMusic() {
@@ -201,11 +209,8 @@ TEST(PlayerLoading, WholeRunWithFadeAndMusicLogsEveryPhaseInOrderAndEndsAtTheSto
     expectDisposal(log, {"fade"}, TEMPLATES, {}, 0, true, true);
     EXPECT_TRUE(log.matches(run.lines));
 
-    int duration = findLine(run.lines, "Duration : ");
-    ASSERT_GE(duration, 0);
     // The first frame whose clock passes 1500 ms ends the run.
-    EXPECT_GT(ticksOf(run.lines[duration]), 1500) << run.lines[duration];
-    EXPECT_LT(ticksOf(run.lines[duration]), 2000) << run.lines[duration];
+    expectDurationBetween(run, 1500, 2000);
 }
 
 // ---------------------------------------------------------------- failures of the script
@@ -446,10 +451,7 @@ TEST(PlayerLoading, StartPositionWithMusicRunsTheDemoAndReportsFailedToPlaySound
     EXPECT_TRUE(log.matches(run.lines));
 
     // The clock started at the start position and the run went on to the stop time.
-    int duration = findLine(run.lines, "Duration : ");
-    ASSERT_GE(duration, 0);
-    EXPECT_GT(ticksOf(run.lines[duration]), 1600) << run.lines[duration];
-    EXPECT_LT(ticksOf(run.lines[duration]), 2100) << run.lines[duration];
+    expectDurationBetween(run, 1600, 2100);
 }
 
 TEST(PlayerLoading, StartPositionWithoutMusicIsIgnoredAndTheDemoRunsFromZero) {
@@ -479,10 +481,7 @@ TEST(PlayerLoading, StartPositionWithoutMusicIsIgnoredAndTheDemoRunsFromZero) {
     EXPECT_TRUE(log.matches(run.lines));
     EXPECT_EQ(-1, findLine(run.lines, "Timeline::moveTo("));
 
-    int duration = findLine(run.lines, "Duration : ");
-    ASSERT_GE(duration, 0);
-    EXPECT_GT(ticksOf(run.lines[duration]), 600) << run.lines[duration];
-    EXPECT_LT(ticksOf(run.lines[duration]), 1000) << run.lines[duration];
+    expectDurationBetween(run, 600, 1000);
 }
 
 // ---------------------------------------------------------------- the stop time
