@@ -1,4 +1,5 @@
 #include "graphics/Shader.h"
+#include "graphics/ScreenQuad.h"
 #include "graphics/Texture.h"
 #include "support/GLTestWindow.h"
 #include "support/ShaderSources.h"
@@ -32,19 +33,6 @@ const char* BROKEN_SOURCE = "#version 110\n"
                             "void main() {\n"
                             "    gl_FragColor = undefinedThing;\n"
                             "}\n";
-
-void drawFullQuad() {
-    glBegin(GL_QUADS);
-    glTexCoord2f(0, 0);
-    glVertex2f(-1, -1);
-    glTexCoord2f(1, 0);
-    glVertex2f(1, -1);
-    glTexCoord2f(1, 1);
-    glVertex2f(1, 1);
-    glTexCoord2f(0, 1);
-    glVertex2f(-1, 1);
-    glEnd();
-}
 
 void drainGlErrors() {
     while (glGetError() != GL_NO_ERROR) {
@@ -182,11 +170,11 @@ TEST_F(ShaderTest, LinkedProgramDrawsWithTheUniformsSet) {
     s.use();
     s.setUniform1f("x", 1.0f);
     s.setUniform4f("tint", 0.0f, 1.0f, 0.0f, 1.0f);
-    drawFullQuad();
+    ScreenQuad::draw();
     EXPECT_EQ((Rgb{0, 255, 0}), readRgb(10, 10));
     s.setUniform4f("tint", 1.0f, 0.0f, 0.0f, 1.0f);
     s.setUniform1f("x", 0.5f);
-    drawFullQuad();
+    ScreenQuad::draw();
     Rgb pixel = readRgb(10, 10);
     EXPECT_NEAR(128, pixel[0], 1);
     EXPECT_EQ(0, pixel[1]);
@@ -373,7 +361,7 @@ TEST_F(ShaderTest, TextureOnUnitZeroIsSampledByTheNamedSampler) {
     texture = solidTexture(200, 40, 90);
     s.use();
     s.setTextureUnit0("picture", texture);
-    drawFullQuad();
+    ScreenQuad::draw();
     EXPECT_EQ((Rgb{200, 40, 90}), readRgb(32, 32));
 }
 

@@ -1,3 +1,4 @@
+#include "graphics/ScreenQuad.h"
 #include "graphics/Shader.h"
 #include "runtime/DataShaderPool.h"
 #include "runtime/KVLDemosys.h"
@@ -117,12 +118,7 @@ TEST_F(ShaderBlock, LoadedShaderIsReadyToDrawWithItsUniforms) {
     glClear(GL_COLOR_BUFFER_BIT);
     shader->use();
     shader->setUniform1f("level", 1.0f);
-    glBegin(GL_QUADS);
-    glVertex2f(-1, -1);
-    glVertex2f(1, -1);
-    glVertex2f(1, 1);
-    glVertex2f(-1, 1);
-    glEnd();
+    ScreenQuad::draw();
     shader->release();
     EXPECT_EQ((Rgb{255, 0, 0}), readRgb(32, 32));
 }

@@ -1,4 +1,5 @@
 #include "graphics/FrameBufferObject.h"
+#include "graphics/ScreenQuad.h"
 #include "graphics/Texture.h"
 #include "runtime/KVLDemosys.h"
 #include "support/GLState.h"
@@ -32,12 +33,7 @@ public:
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
         glColor3f(colour[0], colour[1], colour[2]);
-        glBegin(GL_QUADS);
-        glVertex2f(-1, -1);
-        glVertex2f(1, -1);
-        glVertex2f(1, 1);
-        glVertex2f(-1, 1);
-        glEnd();
+        ScreenQuad::draw();
     }
 
     unsigned int lastDraw() const { return lastCalled; }
