@@ -16,6 +16,18 @@
 #include <thread>
 #include <vector>
 
+namespace {
+
+// How often the audio device is open; 0 when it is closed.
+int timesAudioOpened() {
+    int frequency = 0;
+    Uint16 format = 0;
+    int channels = 0;
+    return Mix_QuerySpec(&frequency, &format, &channels);
+}
+
+} // namespace
+
 // The music is heard through SDL's disk audio driver: whatever SDL would
 // send to a sound card lands in a file of the test's own directory, so the
 // tests judge the samples the player really produced. The driver writes a
@@ -261,10 +273,7 @@ TEST_F(KVLDemosysSound, ShutdownAfterStoppingTheMusicReleasesItAndReportsFalse) 
     EXPECT_EQ(0, Mix_PlayingMusic());
     EXPECT_EQ(nullptr, KVLDemosys::sound);
     EXPECT_FALSE(KVLDemosys::soundsystem);
-    int frequency = 0;
-    Uint16 format = 0;
-    int channels = 0;
-    EXPECT_EQ(0, Mix_QuerySpec(&frequency, &format, &channels)) << "the device is still open";
+    EXPECT_EQ(0, timesAudioOpened()) << "the device is still open";
 }
 
 TEST_F(KVLDemosysSound, ShutdownWithNothingPlayingReportsTrueAndKeepsTheMusic) {
@@ -273,10 +282,7 @@ TEST_F(KVLDemosysSound, ShutdownWithNothingPlayingReportsTrueAndKeepsTheMusic) {
     EXPECT_EQ("Failed to shut down FMOD!", KVLDemosys::getMessage());
     EXPECT_NE(nullptr, KVLDemosys::sound);
     EXPECT_TRUE(KVLDemosys::soundsystem);
-    int frequency = 0;
-    Uint16 format = 0;
-    int channels = 0;
-    EXPECT_EQ(1, Mix_QuerySpec(&frequency, &format, &channels)) << "the device was closed";
+    EXPECT_EQ(1, timesAudioOpened()) << "the device was closed";
 }
 
 TEST_F(KVLDemosysSound, ShutDownReleasesTheMusicWhenMusicIsOn) {
