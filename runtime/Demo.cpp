@@ -247,10 +247,9 @@ void Demo::drawPauseSymbol() {
     glEnable(GL_COLOR_MATERIAL);
     glColor4f(1, 1, 1, 1);
     // Without a loaded icon the quad is drawn plain white.
-    Texture* icon = nullptr;
-    if (KVLDemosys::texturePool != nullptr && KVLDemosys::texturePool->exist("sysicon_pause")) {
-        icon = KVLDemosys::texturePool->getTexture("sysicon_pause");
-    }
+    Texture* icon = (KVLDemosys::texturePool != nullptr)
+                        ? KVLDemosys::texturePool->getTexture("sysicon_pause")
+                        : nullptr;
     if (icon != nullptr) {
         icon->bind();
     }
