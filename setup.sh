@@ -12,6 +12,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth xdotool x11-utils
   vorbis-tools
+  libfreetype-dev fonts-dejavu-core
+  ffmpeg
 )
 
 missing=()

@@ -2,9 +2,9 @@
 // production: everything main() does before the frame loop, then one frame.
 // Run from anywhere; it changes to the repository root, as the player needs.
 #include "bench/QuietStreams.h"
-#include "effects/GlowEffect.h"
 #include "runtime/Demo.h"
 #include "runtime/KVLDemosys.h"
+#include "runtime/SceneClasses.h"
 
 #include <SDL/SDL.h>
 #include <benchmark/benchmark.h>
@@ -26,7 +26,7 @@ void startToFirstFrame(benchmark::State& state) {
         char name[] = "kvldemo";
         char* argv[] = {name, nullptr};
         Demo demo(1, argv);
-        demo.addEffect("GlowEffect", new GlowEffect());
+        SceneClasses::registerAll(demo);
         if (demo.load()) {
             state.SkipWithError("the default production failed to load");
             break;

@@ -1,0 +1,5 @@
+#include "images/ScenePictures.h"
+
+std::vector<PictureTarget> transitionPictures() {
+    return {};
+}
