@@ -30,5 +30,17 @@ mkdir -p "$root/graphics" "$root/objects" "$root/misc" "$root/music"
 # Camera paths and binary data.
 "$tools/pathgen" -o "$root/misc/camera.ani"
 
+# Scene assets beyond the pictures, one block per scene group.
+# -- grid and sun scenes
+
+# -- logo and smoke scenes
+
+# -- transitions, planet and shaded object scenes
+
+# -- city and title scenes
+
+# -- credits and end scenes
+
+
 # Music.
 "$tools/musicgen" "$root/music/kvltheme.ogg"
